@@ -3,24 +3,23 @@
 #include <iostream>
 
 #include "CommandLine.h"
+#include "OfflineTools.h"
 #include "SelfTest.h"
+#include "ShaderLibrary.h"
 
 namespace quellton::CommandLineTools {
 
 namespace {
 
-int notBuiltYet() {
-    std::cout << "Quellton: Standbilder können in dieser Version noch nicht gerendert werden." << std::endl;
-    return 1;
-}
-
 struct ModeRunner {
     std::optional<int> operator()(const NoMode&) const { return std::nullopt; }
     std::optional<int> operator()(const SelftestMode&) const { return selftest(std::cout); }
-    std::optional<int> operator()(const SnapshotsMode&) const { return notBuiltYet(); }
-    std::optional<int> operator()(const StillMode&) const { return notBuiltYet(); }
-    std::optional<int> operator()(const BenchMode&) const { return notBuiltYet(); }
-    std::optional<int> operator()(const IconMode&) const { return notBuiltYet(); }
+    std::optional<int> operator()(const SnapshotsMode& m) const {
+        return OfflineTools::snapshots(ShaderLibrary::shared(), m.folder, m.time, std::cout);
+    }
+    std::optional<int> operator()(const StillMode& m) const { return OfflineTools::still(ShaderLibrary::shared(), m); }
+    std::optional<int> operator()(const BenchMode&) const { return OfflineTools::bench(ShaderLibrary::shared(), std::cout); }
+    std::optional<int> operator()(const IconMode& m) const { return OfflineTools::icon(ShaderLibrary::shared(), m.output); }
 };
 
 }  // namespace
