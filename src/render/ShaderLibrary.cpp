@@ -210,10 +210,16 @@ std::vector<std::string> ShaderLibrary::compileOrder(std::span<const Visualizer>
 }
 
 void ShaderLibrary::compileAll(std::optional<std::string> first, std::function<void()> completion) {
+    compileAll(catalog(), std::move(first), std::move(completion));
+}
+
+void ShaderLibrary::compileAll(std::vector<Visualizer> list, std::optional<std::string> first,
+                               std::function<void()> completion) {
     std::lock_guard guard(backgroundLock_);
-    background_.emplace_back([this, first = std::move(first), completion = std::move(completion)] {
+    background_.emplace_back([this, list = std::move(list), first = std::move(first), completion = std::move(completion)] {
         std::vector<Visualizer> entries;
-        for (const std::string& id : compileOrder(catalog(), first)) entries.push_back(*Catalog::byID(id));
+        for (const std::string& id : compileOrder(list, first))
+            entries.push_back(*std::find_if(list.begin(), list.end(), [&](const Visualizer& v) { return v.id == id; }));
         if (!entries.empty()) {
             compile(entries.front());
             releaseThreadContext();

@@ -44,6 +44,7 @@ public:
     // Compiles the catalog in the background, `first` alone before the rest; completion runs on the
     // main thread when a Qt application exists, else on the compiling thread.
     void compileAll(std::optional<std::string> first, std::function<void()> completion);
+    void compileAll(std::vector<Visualizer> entries, std::optional<std::string> first, std::function<void()> completion);
     void compileAllBlocking();
     void compileBlocking(std::span<const Visualizer> entries);
     // Compiles one visualization into `states` or, with the compiler's log, into `failures`.

@@ -1,0 +1,15 @@
+vec3 vis(vec2 p, vec2 uv, sampler2D prev) {
+    // A slow sine warp smears the last frame like liquid.
+    float k = 0.004 + BASS * 0.012;
+    vec2 w = vec2(sin(p.y * 3.1 + TIME * 0.6) + sin(p.y * 7.3 - TIME * 0.4) * 0.4,
+                  cos(p.x * 2.7 - TIME * 0.5) + cos(p.x * 6.1 + TIME * 0.3) * 0.4);
+    vec2 q = p * 0.996 + w * k;
+    vec3 c = PREVP(q) * 0.975;
+
+    float x = p.x / ASPECT;
+    float y = WV(x * 0.5 + 0.5) * (0.12 + LVL * 0.5);
+    float d = abs(p.y - y);
+    vec3 lc = PAL(x * 0.4 + TIME * 0.07);
+    c += lc * (smoothstep(0.01, 0.0, d) * 0.9 + 0.1 * exp(-d * 30.0));
+    return min(c, vec3(2.5));
+}
