@@ -11,7 +11,7 @@ namespace quellton {
 
 namespace {
 
-constexpr int historyFrames = 241;  // four seconds at 60 frames per second, ending at the requested time
+constexpr int snapshotHistory = 241;  // four seconds at 60 frames per second, ending at the requested time
 constexpr int framesPerBatch = 20;
 
 Uniforms stillUniforms(PixelSize size, double t, const AudioFrame& frame, const Palette& palette) {
@@ -73,6 +73,12 @@ std::optional<FeedbackBuffers> ShaderLibrary::makeFeedback(PixelSize size) {
 std::optional<QImage> ShaderLibrary::snapshot(const Visualizer& v, PixelSize size, double time,
                                               std::optional<Palette> palette, std::optional<AudioFrame> frame,
                                               std::array<float, 2> mouse) {
+    return snapshotAfter(snapshotHistory, v, size, time, palette, frame, mouse);
+}
+
+std::optional<QImage> ShaderLibrary::snapshotAfter(int historyFrames, const Visualizer& v, PixelSize size, double time,
+                                                   std::optional<Palette> palette, std::optional<AudioFrame> frame,
+                                                   std::array<float, 2> mouse) {
     const auto own = pipeline(v.id);
     if (!own || !bindThreadContext()) return std::nullopt;
     auto target = RenderTarget::create(int(size.width), int(size.height), GL_RGBA8);
@@ -91,7 +97,7 @@ std::optional<QImage> ShaderLibrary::snapshot(const Visualizer& v, PixelSize siz
         fb = makeFeedback(size);
         if (!fb) return std::nullopt;
         for (int i = 0; i < historyFrames; ++i) {
-            const double t = i == historyFrames - 1 ? time : time - 4.0 + i / 60.0;
+            const double t = i == historyFrames - 1 ? time : time - (historyFrames - 1) / 60.0 + i / 60.0;
             const auto [u, s] = inputsAt(t);
             feedbackPass(*own, *fb, buffers, u, s);
             if (i % framesPerBatch == framesPerBatch - 1) glFlush();

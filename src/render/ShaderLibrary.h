@@ -63,6 +63,10 @@ public:
     std::optional<QImage> snapshot(const Visualizer& v, PixelSize size, double time,
                                    std::optional<Palette> palette = std::nullopt,
                                    std::optional<AudioFrame> frame = std::nullopt, std::array<float, 2> mouse = {0, 0});
+    // The same with a chosen number of feedback frames before the picture (the snapshot simulates 241).
+    std::optional<QImage> snapshotAfter(int historyFrames, const Visualizer& v, PixelSize size, double time,
+                                        std::optional<Palette> palette, std::optional<AudioFrame> frame,
+                                        std::array<float, 2> mouse);
     // Shortest GPU time of one frame in milliseconds, -1 when the visualization cannot run.
     double benchmark(const Visualizer& v, PixelSize size);
     // Two cleared RGBA16F textures; needs this thread's context current.
