@@ -23,8 +23,9 @@ struct ModelHooks {
 using LogSink = std::function<void(const std::string& line)>;
 void systemLog(const std::string& line);  // syslog(3)
 
-// Everything the model talks to. `audio` and `shaders` may be null while those
-// subsystems are absent: then nothing is heard and nothing is compiled.
+// Everything the model talks to. `settings`, `clock` and `loginItem` are required; `audio` and
+// `shaders` may be null while those subsystems are absent: then nothing is heard and nothing
+// is compiled.
 struct ModelServices {
     std::unique_ptr<SettingsStore> settings;
     std::shared_ptr<Clock> clock;

@@ -100,7 +100,4 @@ void SettingsStore::set(const QString& key, const QVariant& value) {
     settings.sync();
 }
 
-bool SettingsStore::contains(const QString& key) const { return settings.contains(key); }
-QVariant SettingsStore::raw(const QString& key) const { return settings.value(key); }
-
 }  // namespace quellton

@@ -21,7 +21,6 @@ public:
 
     void registerDefaults(const QVariantMap& defaults);
 
-    // nullopt-free reads, as the model's loading rules expect them.
     QString string(const QString& key) const;
     QStringList stringArray(const QString& key) const;
     bool boolean(const QString& key) const;
@@ -30,9 +29,6 @@ public:
 
     // Every write reaches the file at once, so a crash loses no setting.
     void set(const QString& key, const QVariant& value);
-
-    bool contains(const QString& key) const;
-    QVariant raw(const QString& key) const;
 
 private:
     template <typename Convert>
