@@ -1,0 +1,43 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "AudioRecordSource.h"
+#include "Clock.h"
+#include "LoginItem.h"
+#include "SettingsStore.h"
+#include "ShaderCompilation.h"
+
+namespace quellton {
+
+// Work of later subsystems that the model triggers; an empty hook does nothing.
+struct ModelHooks {
+    std::function<void()> scheduleWallpaper;  // SystemWallpaper.schedule()
+    std::function<void()> restoreWallpaper;   // SystemWallpaper.restoreOriginal()
+    std::function<void()> renderThumbnails;
+};
+
+// Writes one line to the system log.
+using LogSink = std::function<void(const std::string& line)>;
+void systemLog(const std::string& line);  // syslog(3)
+
+// Everything the model talks to. `settings`, `clock` and `loginItem` are required; `audio` and
+// `shaders` may be null while those subsystems are absent: then nothing is heard and nothing
+// is compiled.
+struct ModelServices {
+    std::unique_ptr<SettingsStore> settings;
+    std::shared_ptr<Clock> clock;
+    std::shared_ptr<AudioRecordSource> audio;
+    std::shared_ptr<ShaderCompilation> shaders;
+    std::shared_ptr<LoginItem> loginItem;
+    ModelHooks hooks;
+    LogSink log = systemLog;
+};
+
+// The services of the running application: the user's settings file, the wall clock,
+// the XDG autostart entry and syslog.
+ModelServices defaultServices();
+
+}  // namespace quellton

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "LoginItem.h"
+
+namespace quellton {
+
+// Launch at login through an XDG autostart entry whose Exec adds `--autostart`.
+class XdgAutostart final : public LoginItem {
+public:
+    // `directory` holds the entry (normally $XDG_CONFIG_HOME/autostart); `program` is started by it.
+    XdgAutostart(std::filesystem::path directory, std::filesystem::path program);
+
+    // The user's autostart folder and this process's executable.
+    static XdgAutostart forCurrentUser();
+
+    std::filesystem::path entryPath() const;
+    bool isRegistered() override;
+    bool registerItem() override;
+    bool unregisterItem() override;
+
+    // The text of the entry; the program path is quoted as the Desktop Entry specification asks.
+    static std::string entryText(const std::filesystem::path& program);
+
+private:
+    std::filesystem::path directory;
+    std::filesystem::path program;
+};
+
+}  // namespace quellton

@@ -1,0 +1,69 @@
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "XdgAutostart.h"
+
+namespace quellton::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string readFile(const fs::path& path) {
+    std::ifstream in(path);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+TEST(XdgAutostart, CreatesAndRemovesTheEntry) {
+    QTemporaryDir dir;
+    const fs::path folder = fs::path(dir.path().toStdString()) / "neu" / "autostart";
+    XdgAutostart item(folder, "/opt/quellton/bin/quellton");
+    EXPECT_FALSE(item.isRegistered());
+    EXPECT_EQ(item.entryPath(), folder / "io.github.quellton.Quellton.desktop");
+
+    ASSERT_TRUE(item.registerItem());  // creates the missing folders
+    EXPECT_TRUE(item.isRegistered());
+    const std::string text = readFile(item.entryPath());
+    EXPECT_EQ(text.rfind("[Desktop Entry]\n", 0), 0u);
+    EXPECT_NE(text.find("\nType=Application\n"), std::string::npos);
+    EXPECT_NE(text.find("\nExec=\"/opt/quellton/bin/quellton\" --autostart\n"), std::string::npos);
+    EXPECT_FALSE(fs::exists(item.entryPath().string() + ".tmp"));
+
+    ASSERT_TRUE(item.registerItem());  // again: still one valid entry
+    EXPECT_EQ(readFile(item.entryPath()), text);
+    ASSERT_TRUE(item.unregisterItem());
+    EXPECT_FALSE(item.isRegistered());
+    EXPECT_TRUE(item.unregisterItem());  // nothing left to remove is no failure
+}
+
+TEST(XdgAutostart, QuotesTheProgramPath) {
+    const std::string text = XdgAutostart::entryText("/home/a b/100%/\"q\"$x\\y");
+    // Exec quoting escapes " $ \ and doubles %, then the entry escaping doubles each backslash.
+    EXPECT_NE(text.find("Exec=\"/home/a b/100%%/\\\\\"q\\\\\"\\\\$x\\\\\\\\y\" --autostart\n"), std::string::npos)
+        << text;
+}
+
+TEST(XdgAutostart, HiddenEntryCountsAsOff) {
+    QTemporaryDir dir;
+    const fs::path folder(dir.path().toStdString());
+    XdgAutostart item(folder, "/usr/bin/quellton");
+    std::ofstream(item.entryPath()) << "[Desktop Entry]\nType=Application\nExec=quellton\nHidden=true\n";
+    EXPECT_FALSE(item.isRegistered());
+}
+
+TEST(XdgAutostart, ReportsAFolderItCannotCreate) {
+    QTemporaryDir dir;
+    const fs::path blocker = fs::path(dir.path().toStdString()) / "datei";
+    std::ofstream(blocker) << "kein Ordner";
+    XdgAutostart item(blocker / "autostart", "/usr/bin/quellton");
+    EXPECT_FALSE(item.registerItem());
+    EXPECT_FALSE(item.isRegistered());
+}
+
+}  // namespace
+}  // namespace quellton::test
