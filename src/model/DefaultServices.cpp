@@ -4,9 +4,22 @@
 #include <chrono>
 
 #include "AppModel.h"
+#include "ShaderLibrary.h"
 #include "XdgAutostart.h"
 
 namespace quellton {
+
+namespace {
+
+class LibraryCompilation : public ShaderCompilation {
+public:
+    void compileAll(std::optional<std::string> first, std::function<void()> completion) override {
+        ShaderLibrary::shared().compileAll(std::move(first), std::move(completion));
+    }
+    std::map<std::string, std::string> failures() override { return ShaderLibrary::shared().failures(); }
+};
+
+}  // namespace
 
 double SystemClock::now() {
     using namespace std::chrono;
@@ -20,11 +33,10 @@ ModelServices defaultServices() {
     services.settings = std::make_unique<SettingsStore>(SettingsStore::standardPath());
     services.clock = std::make_shared<SystemClock>();
     services.loginItem = std::make_shared<XdgAutostart>(XdgAutostart::forCurrentUser());
+    services.shaders = std::make_shared<LibraryCompilation>();
     // WIRING PENDING — filled in when the colleagues' subsystems merge:
     //   services.audio:   an AudioRecordSource reading AudioSpectrum::shared().published()
     //                     (lastSignal and frame.beat) from src/audio/AudioSpectrum.h;
-    //   services.shaders: a ShaderCompilation forwarding to ShaderLibrary::shared().compileAll()
-    //                     and ShaderLibrary::shared().failures();
     //   services.hooks:   SystemWallpaper schedule()/restoreOriginal() and renderThumbnails().
     // Until then nothing is heard, nothing is compiled (ready stays false) and the hooks are empty.
     return services;
