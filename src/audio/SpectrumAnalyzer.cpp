@@ -73,6 +73,16 @@ bool interpolated(int i, double binHz) {
 
 }  // namespace spectrum
 
+void BeatDetector::detect(float bass, double now) {
+    if (bass > beatThreshold && previousBass <= beatThreshold && now - lastBeat > beatSpacing) {
+        beat = 1;
+        lastBeat = now;
+    }
+    previousBass = bass;
+}
+
+void BeatDetector::decay(float dt) { beat *= std::exp(-dt / beatDecayTime); }
+
 SpectrumAnalyzer::SpectrumAnalyzer(double now)
     : lastAnalysis_(now), reference_(nan), summaryAverage_{nan, nan, nan, nan} {}
 
@@ -137,7 +147,7 @@ std::optional<Analysis> SpectrumAnalyzer::analyze(double now) {
     Bands out = smoothBands(db, dt, attack, release);
     std::array<float, 4> values{};
     const float energy = summaries(now, dt, attack, release, values);
-    beat_ *= std::exp(-dt / beatDecayTime);
+    beat_.decay(dt);
 
     result.silent = decibels(energy) < silenceThreshold;
     if (result.silent) {
@@ -150,7 +160,7 @@ std::optional<Analysis> SpectrumAnalyzer::analyze(double now) {
     result.frame.mid = values[1];
     result.frame.high = values[2];
     result.frame.level = values[3];
-    result.frame.beat = result.silent ? 0 : beat_;
+    result.frame.beat = result.silent ? 0 : beat_.beat;
     return result;
 }
 
@@ -235,13 +245,7 @@ float SpectrumAnalyzer::summaries(double now, float dt, float attack, float rele
         if (std::isnan(average) || std::abs(db - average) > summaryReseedJump) average = db;
         average += avgCoef * (db - average);
         const float v = unit((db - average) / summaryScale + summaryOffset);
-        if (j == 0) {
-            if (v > beatThreshold && previousBass_ <= beatThreshold && now - lastBeat_ > beatSpacing) {
-                beat_ = 1;
-                lastBeat_ = now;
-            }
-            previousBass_ = v;
-        }
+        if (j == 0) beat_.detect(v, now);
         values[j] = smoothStep(summarySmooth_[j], v, attack, release);
     }
     return energy;

@@ -50,6 +50,17 @@ Range summary(int j);
 bool interpolated(int i, double binHz);
 }  // namespace spectrum
 
+// The beat pulse: 1 when the bass value crosses 0.72 upwards at least 0.22 s after the last
+// beat, then decaying with a time constant of 0.2 s.
+struct BeatDetector {
+    float beat = 0;
+    double lastBeat = 0;
+    float previousBass = 0;
+
+    void detect(float bass, double now);
+    void decay(float dt);
+};
+
 // The analysis of AudioSpectrum: sample intake into a ring of 4096 mono samples and one
 // analysis per callback. Knows nothing of the sound server; times are passed in (seconds).
 // Not thread-safe: one thread at a time (the spectrum queue, or set-up while no callback runs).
@@ -75,7 +86,7 @@ public:
     float reference() const { return reference_; }
     const std::array<float, 4>& summaryAverage() const { return summaryAverage_; }
     float waveGain() const { return waveGain_; }
-    float beat() const { return beat_; }
+    float beat() const { return beat_.beat; }
 
 private:
     using Bins = std::array<float, RealFft::bins>;
@@ -104,9 +115,7 @@ private:
     float reference_;
     std::array<float, 4> summarySmooth_{};
     std::array<float, 4> summaryAverage_;
-    float beat_ = 0;
-    double lastBeat_ = 0;
-    float previousBass_ = 0;
+    BeatDetector beat_;
     float waveGain_ = 1;
 
     // Working buffers kept between analyses.
