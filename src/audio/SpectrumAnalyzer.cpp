@@ -178,7 +178,8 @@ void SpectrumAnalyzer::power(std::array<float, fftSize>& samples) {
 
 float SpectrumAnalyzer::meanPower(float loHz, float hiHz) const {
     const float binHz = float(format_.sampleRate / fftSize);
-    const int a = std::max(int(loHz / binHz), 1);
+    // Below 32 kHz the top bands lie above Nyquist: they read the highest bin.
+    const int a = std::min(std::max(int(loHz / binHz), 1), lastBin);
     const int b = std::min(std::max(int(hiHz / binHz), a), lastBin);
     return std::accumulate(mags_.begin() + a, mags_.begin() + b + 1, 0.0f) / float(b - a + 1);
 }

@@ -189,7 +189,8 @@ TEST_P(SineBand, LandsInTheBandOfItsFrequencyOnly) {
 INSTANTIATE_TEST_SUITE_P(Rates, SineBand,
                          testing::Values(std::pair{48000.0, 1000.0}, std::pair{44100.0, 440.0},
                                          std::pair{48000.0, 8000.0}, std::pair{44100.0, 12000.0},
-                                         std::pair{48000.0, 300.0}));
+                                         std::pair{48000.0, 300.0},
+                                         std::pair{22050.0, 5000.0}));
 
 TEST(SpectrumAnalysis, FirstAnalysisSeedsReferenceAndSummaries) {
     Feeder f;
