@@ -22,8 +22,19 @@ struct AudioSpectrum::State {
     PublishedRecord record;
 };
 
+namespace {
+AudioSpectrumOptions& sharedOptions() {
+    static AudioSpectrumOptions options;
+    return options;
+}
+}  // namespace
+
+void AudioSpectrum::setSharedOptions(AudioSpectrumOptions options) {
+    sharedOptions() = std::move(options);
+}
+
 AudioSpectrum& AudioSpectrum::shared() {
-    static AudioSpectrum instance;
+    static AudioSpectrum instance(sharedOptions());
     return instance;
 }
 

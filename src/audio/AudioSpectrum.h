@@ -34,7 +34,10 @@ struct AudioSpectrumOptions {
 // owner's thread; the published record may be read from any thread.
 class AudioSpectrum {
 public:
+    // The one instance of the program, created on first use with the options given to
+    // setSharedOptions before that (the application hands in its main-thread executor).
     static AudioSpectrum& shared();
+    static void setSharedOptions(AudioSpectrumOptions options);
 
     explicit AudioSpectrum(AudioSpectrumOptions options = {});
     ~AudioSpectrum();

@@ -4,6 +4,8 @@
 #include <chrono>
 #include <cstdlib>
 #include <deque>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 #include <mutex>
 #include <thread>
@@ -41,6 +43,17 @@ private:
     std::mutex mutex_;
     std::deque<std::function<void()>> tasks_;
 };
+
+// Linux keeps the first 15 bytes of a thread name.
+bool hasSpectrumThread() {
+    for (const auto& task : std::filesystem::directory_iterator("/proc/self/task")) {
+        std::ifstream comm(task.path() / "comm");
+        std::string name;
+        std::getline(comm, name);
+        if (name == std::string(QUELLTON_APP_ID ".spectrum").substr(0, 15)) return true;
+    }
+    return false;
+}
 
 int bandOf(double hz) {
     for (int i = 0; i < 64; ++i)
@@ -94,6 +107,7 @@ TEST_F(AudioCapture, HearsAToneOnTheDefaultSinkAndStopsClean) {
     ASSERT_TRUE(spectrum.start());
     EXPECT_TRUE(spectrum.isRunning());
     EXPECT_EQ(spectrum.capturedSink(), "one");
+    EXPECT_TRUE(hasSpectrumThread());
     const double before = wallClockNow();
     server.play(tone, "one");
     EXPECT_TRUE(eventually([&] { return hearsTone(spectrum); }));
@@ -108,6 +122,7 @@ TEST_F(AudioCapture, HearsAToneOnTheDefaultSinkAndStopsClean) {
     spectrum.stop();
     EXPECT_EQ(spectrum.frame(), AudioFrame::silent());
     EXPECT_EQ(spectrum.setUpCount(), 1u);
+    EXPECT_FALSE(hasSpectrumThread());
 }
 
 TEST_F(AudioCapture, ChangingTheDefaultSinkRestartsOnceOnTheNewSink) {
@@ -165,4 +180,13 @@ TEST(AudioCaptureWithoutServer, StaysOffWithAnError) {
     EXPECT_EQ(spectrum.frame(), AudioFrame::silent());
     spectrum.stop();
     EXPECT_EQ(spectrum.setUpCount(), 0u);
+}
+
+TEST_F(AudioCapture, WithoutAnExecutorTheRestartRunsOnAThreadOfItsOwn) {
+    AudioSpectrum spectrum;
+    ASSERT_TRUE(spectrum.start());
+    ASSERT_TRUE(server.pactl("set-default-sink two"));
+    EXPECT_TRUE(eventually([&] { return spectrum.capturedSink() == "two"; }));
+    EXPECT_TRUE(spectrum.isRunning());
+    EXPECT_EQ(spectrum.setUpCount(), 2u);
 }
