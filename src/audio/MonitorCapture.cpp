@@ -18,6 +18,17 @@ constexpr double fallbackRate = 48000;
 MonitorCapture::MonitorCapture(const Configure& configure, Samples samples)
     : loop_(threadName), samples_(std::move(samples)) {
     if (!loop_.get() || !loop_.start()) throw CaptureError{PA_ERR_INTERNAL};
+    try {
+        setUp(configure);
+    } catch (...) {
+        // The destructor does not run for a half-built object: join the thread here, so the
+        // members are released while no callback can run.
+        loop_.stop();
+        throw;
+    }
+}
+
+void MonitorCapture::setUp(const Configure& configure) {
     pulse::Mainloop::Lock lock(loop_);
     connect();
     sink_ = defaultSink();

@@ -32,6 +32,7 @@ public:
     void removeObserver();
 
 private:
+    void setUp(const Configure& configure);
     void connect();
     std::string defaultSink();
     StreamFormat sinkFormat();

@@ -190,3 +190,13 @@ TEST_F(AudioCapture, WithoutAnExecutorTheRestartRunsOnAThreadOfItsOwn) {
     EXPECT_TRUE(spectrum.isRunning());
     EXPECT_EQ(spectrum.setUpCount(), 2u);
 }
+
+TEST_F(AudioCapture, WithoutASinkSetUpFailsWithStatusZero) {
+    ASSERT_TRUE(server.pactl("unload-module module-null-sink"));
+    AudioSpectrum spectrum = makeSpectrum();
+    EXPECT_FALSE(spectrum.start());
+    ASSERT_TRUE(spectrum.lastError().has_value());
+    EXPECT_EQ(spectrum.lastError()->status, 0);
+    EXPECT_FALSE(spectrum.isRunning());
+    EXPECT_FALSE(hasSpectrumThread());
+}
