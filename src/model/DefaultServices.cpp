@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include "AppModel.h"
+#include "AudioSpectrum.h"
 #include "ShaderLibrary.h"
 #include "XdgAutostart.h"
 
@@ -19,11 +20,18 @@ public:
     std::map<std::string, std::string> failures() override { return ShaderLibrary::shared().failures(); }
 };
 
+class SpectrumRecord : public AudioRecordSource {
+public:
+    AudioSignal read() override {
+        const PublishedAudio record = AudioSpectrum::shared().published();
+        return {record.lastSignal, record.frame.beat};
+    }
+};
+
 }  // namespace
 
 double SystemClock::now() {
-    using namespace std::chrono;
-    return duration<double>(system_clock::now().time_since_epoch()).count();
+    return wallClockNow();  // the clock of the analyser's lastSignal
 }
 
 void systemLog(const std::string& line) { syslog(LOG_ERR, "%s", line.c_str()); }
@@ -34,11 +42,8 @@ ModelServices defaultServices() {
     services.clock = std::make_shared<SystemClock>();
     services.loginItem = std::make_shared<XdgAutostart>(XdgAutostart::forCurrentUser());
     services.shaders = std::make_shared<LibraryCompilation>();
-    // WIRING PENDING — filled in when the colleagues' subsystems merge:
-    //   services.audio:   an AudioRecordSource reading AudioSpectrum::shared().published()
-    //                     (lastSignal and frame.beat) from src/audio/AudioSpectrum.h;
-    //   services.hooks:   SystemWallpaper schedule()/restoreOriginal() and renderThumbnails().
-    // Until then nothing is heard, nothing is compiled (ready stays false) and the hooks are empty.
+    services.audio = std::make_shared<SpectrumRecord>();
+    // The desktop-picture sync and the thumbnails plug into services.hooks when they exist.
     return services;
 }
 

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QWindow>
+
+#include <memory>
+
+#include "FrameInputs.h"
+
+namespace quellton {
+
+class VisualRenderer;
+
+// A window whose picture the render thread draws: a wallpaper on one screen or the gallery's preview.
+// It keeps its renderer's geometry in step, draws while it is exposed and turns clicks into ripples.
+class Canvas : public QWindow {
+    Q_OBJECT
+public:
+    explicit Canvas(Role role, QWindow* parent = nullptr);
+    ~Canvas() override;
+
+    VisualRenderer& renderer() { return *renderer_; }
+    LockedInputs& inputs();
+    Role role() const { return role_; }
+    // Frames drawn so far, for diagnostics and tests.
+    long framesDrawn() const;
+
+protected:
+    void exposeEvent(QExposeEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void moveEvent(QMoveEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    void updateGeometry();
+    void startLink();
+    void stopLink();
+
+    Role role_;
+    std::shared_ptr<VisualRenderer> renderer_;
+    bool linked_ = false;
+};
+
+}  // namespace quellton
