@@ -24,6 +24,9 @@ public:
     // Frames drawn so far, for diagnostics and tests.
     long framesDrawn() const;
 
+    // Qt's global coordinates (top left, y down) to the renderers' (bottom left of the primary screen, y up).
+    static QPointF toBottomUp(QPointF global);
+
 protected:
     void exposeEvent(QExposeEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

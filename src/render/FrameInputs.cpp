@@ -1,11 +1,16 @@
 #include "FrameInputs.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 
 #include "Palette.h"
 
 namespace quellton {
+
+double hostTimeNow() {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
 
 const char* roleName(Role role) { return role == Role::wallpaper ? "hintergrund" : "vorschau"; }
 

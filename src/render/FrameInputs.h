@@ -23,6 +23,9 @@ struct RectF {
     bool operator==(const RectF&) const = default;
 };
 
+// Seconds on the monotonic clock that frame times, clicks and ripples use.
+double hostTimeNow();
+
 enum class Role { wallpaper, preview };
 const char* roleName(Role role);  // the name in the frame log
 
