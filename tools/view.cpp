@@ -20,9 +20,23 @@ using namespace quellton;
 
 int main(int argc, char** argv) {
     QGuiApplication app(argc, argv);
-    const std::string id = argc > 1 ? argv[1] : "nation";
+    std::string id = "nation";
+    RenderSettings settings;
+    double seconds = 0;
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        const bool hasValue = i + 1 < argc;
+        if (arg == "--fps" && hasValue)
+            settings.fps = std::max(1, std::atoi(argv[++i]));
+        else if (arg == "--quality" && hasValue)
+            settings.quality = qualityFromLabel(argv[++i]).value_or(Quality::balanced);
+        else if (arg == "--seconds" && hasValue)
+            seconds = std::atof(argv[++i]);
+        else
+            id = arg;
+    }
     if (!Catalog::byID(id)) {
-        std::fprintf(stderr, "usage: quellton-view [ID] [fps] [quality: Sparsam|Ausgewogen|Maximal]\n");
+        std::fprintf(stderr, "usage: quellton-view [ID] [--fps N] [--quality Sparsam|Ausgewogen|Maximal] [--seconds S]\n");
         return 2;
     }
     std::string error;
@@ -30,10 +44,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "quellton-view: %s\n", error.c_str());
         return 1;
     }
-    RenderSettings settings;
     settings.currentID = id;
-    if (argc > 2) settings.fps = std::max(1, std::atoi(argv[2]));
-    if (argc > 3) settings.quality = qualityFromLabel(argv[3]).value_or(Quality::balanced);
     RenderState::set(settings);
 
     ShaderLibrary::shared().compileAll(id, [] {});
@@ -44,8 +55,7 @@ int main(int argc, char** argv) {
     canvas.setTitle(QString::fromStdString("Quellton – " + Catalog::byID(id)->name));
     canvas.resize(960, 540);
     canvas.show();
-    if (const char* seconds = std::getenv("QUELLTON_VIEW_SECONDS"))  // for scripted runs
-        QTimer::singleShot(int(std::atof(seconds) * 1000), &app, &QGuiApplication::quit);
+    if (seconds > 0) QTimer::singleShot(int(seconds * 1000), &app, &QGuiApplication::quit);
     const int status = app.exec();
     std::fprintf(stderr, "quellton-view: %ld Bilder gezeichnet\n", canvas.framesDrawn());
     AudioSpectrum::shared().stop();

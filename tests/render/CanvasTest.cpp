@@ -1,0 +1,175 @@
+// The live path end to end: a canvas window under a private X server, drawn by the render thread.
+#include <gtest/gtest.h>
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTest>
+
+#include <sys/times.h>
+
+#include <chrono>
+#include <memory>
+
+#include "Canvas.h"
+#include "Catalog.h"
+#include "RenderSettings.h"
+#include "ShaderLibrary.h"
+#include "VisualRenderer.h"
+#include "WindowSystemGl.h"
+#include "XvfbServer.h"
+
+using namespace quellton;
+
+namespace {
+
+std::unique_ptr<testsupport::XvfbServer> server;
+std::unique_ptr<QGuiApplication> app;
+
+// Runs the event loop until the condition holds or the time is up.
+template <class Condition>
+bool waitFor(Condition condition, double seconds = 20) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) return false;
+        QTest::qWait(10);
+    }
+    return true;
+}
+
+void settle(double seconds) { QTest::qWait(int(seconds * 1000)); }
+
+QImage grab(Canvas& canvas) { return canvas.screen()->grabWindow(canvas.winId()).toImage(); }
+
+double meanBrightness(const QImage& image) {
+    double sum = 0;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x) {
+            const QRgb c = image.pixel(x, y);
+            sum += qRed(c) + qGreen(c) + qBlue(c);
+        }
+    return sum / (3.0 * image.width() * image.height());
+}
+
+// CPU time of the whole process in clock ticks: the render thread and the rasteriser's workers.
+long processTicks() {
+    tms t{};
+    times(&t);
+    return long(t.tms_utime + t.tms_stime);
+}
+
+void useSettings(const std::string& id, bool paused = false) {
+    RenderSettings s;
+    s.currentID = id;
+    s.paused = paused;
+    s.fps = 30;
+    RenderState::set(s);
+}
+
+class CanvasWindow : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        std::vector<Visualizer> entries;
+        for (const char* id : {"halo", "pegel", "spektrogramm"}) entries.push_back(*Catalog::byID(id));
+        ShaderLibrary::shared().compileBlocking(entries);
+    }
+    void SetUp() override {
+        useSettings("halo");
+        canvas = std::make_unique<Canvas>(Role::wallpaper);
+        canvas->setGeometry(0, 0, 320, 180);
+        canvas->show();
+        ASSERT_TRUE(waitFor([this] { return canvas->framesDrawn() > 3; })) << "the canvas never drew";
+    }
+    std::unique_ptr<Canvas> canvas;
+};
+
+}  // namespace
+
+TEST_F(CanvasWindow, ShowsTheCurrentVisualization) {
+    settle(0.3);
+    const QImage picture = grab(*canvas);
+    ASSERT_EQ(picture.size(), QSize(320, 180));
+    EXPECT_GT(meanBrightness(picture), 3.0);
+    const RectF rect = canvas->inputs().copy().screenRect;
+    EXPECT_EQ(rect.width, 320);
+    EXPECT_EQ(rect.height, 180);
+}
+
+TEST_F(CanvasWindow, ASwitchChangesThePicture) {
+    settle(0.3);
+    const QImage before = grab(*canvas);
+    useSettings("pegel");
+    settle(1.5);
+    const QImage after = grab(*canvas);
+    EXPECT_NE(before, after);
+    const long frames = canvas->framesDrawn();
+    settle(0.5);
+    EXPECT_GT(canvas->framesDrawn(), frames);
+}
+
+TEST_F(CanvasWindow, PausedOrHiddenDrawsNothing) {
+    useSettings("spektrogramm", true);
+    settle(0.3);
+    long frames = canvas->framesDrawn();
+    settle(0.6);
+    EXPECT_EQ(canvas->framesDrawn(), frames);
+    useSettings("spektrogramm");
+    canvas->inputs().setHidden(true);
+    settle(0.3);
+    frames = canvas->framesDrawn();
+    settle(0.6);
+    EXPECT_EQ(canvas->framesDrawn(), frames);
+    canvas->inputs().setHidden(false);
+    EXPECT_TRUE(waitFor([&] { return canvas->framesDrawn() > frames + 3; }));
+}
+
+TEST_F(CanvasWindow, AHiddenCanvasCostsAlmostNoCpu) {
+    canvas->inputs().setHidden(true);
+    settle(0.3);
+    long before = processTicks();
+    settle(2.0);
+    const long hidden = processTicks() - before;
+    EXPECT_LT(hidden, 20) << "ticks of CPU in two seconds (100 per second is one full core)";
+    canvas->inputs().setHidden(false);
+    before = processTicks();
+    settle(2.0);
+    EXPECT_GT(processTicks() - before, hidden) << "drawing should cost more than not drawing";
+}
+
+TEST_F(CanvasWindow, ClicksBecomeRipples) {
+    const double before = canvas->inputs().copy().clickedAt;
+    QTest::mouseClick(canvas.get(), Qt::LeftButton, {}, QPoint(160, 90));
+    const Inputs after = canvas->inputs().copy();
+    EXPECT_GT(after.clickedAt, before);
+    EXPECT_NEAR(after.click[0], 0.0f, 0.02f);
+    EXPECT_NEAR(after.click[1], 0.0f, 0.02f);
+    QTest::mouseClick(canvas.get(), Qt::LeftButton, {}, QPoint(320, 0));  // the top right corner
+    EXPECT_NEAR(canvas->inputs().copy().click[0], 1.7777f, 0.02f);
+    EXPECT_NEAR(canvas->inputs().copy().click[1], 1.0f, 0.02f);
+}
+
+TEST_F(CanvasWindow, LeavingTheWindowSystemStopsDrawing) {
+    canvas->destroy();
+    const long frames = canvas->framesDrawn();
+    settle(0.5);
+    EXPECT_EQ(canvas->framesDrawn(), frames);
+    canvas->show();  // a fresh link on a fresh surface
+    EXPECT_TRUE(waitFor([&] { return canvas->framesDrawn() > frames + 3; }));
+}
+
+int main(int argc, char** argv) {
+    ::testing::InitGoogleTest(&argc, argv);
+    server = std::make_unique<testsupport::XvfbServer>("1024x768x24");
+    if (!server->running()) {
+        std::fprintf(stderr, "Xvfb could not be started\n");
+        return 1;
+    }
+    app = std::make_unique<QGuiApplication>(argc, argv);
+    std::string error;
+    if (!useWindowSystemGl(&error)) {
+        std::fprintf(stderr, "no OpenGL on the X server: %s\n", error.c_str());
+        return 1;
+    }
+    const int status = RUN_ALL_TESTS();
+    app.reset();
+    return status;
+}
