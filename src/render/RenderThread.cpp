@@ -61,7 +61,9 @@ void RenderThread::remove(const std::shared_ptr<CanvasLink>& link) {
 
 void RenderThread::run() {
     // Thread names are cut to 15 characters on Linux.
-    pthread_setname_np(pthread_self(), std::string(QUELLTON_APP_ID ".render").substr(0, 15).c_str());
+    // Linux keeps 15 characters of a thread name: the end of the full one tells the threads apart.
+    const std::string name = QUELLTON_APP_ID ".render";
+    pthread_setname_np(pthread_self(), name.substr(name.size() - 15).c_str());
     context_ = ShaderLibrary::shared().provider().createShared();
     if (context_ && context_->makeCurrent()) {
         vertexArray_ = makeVertexArray();
