@@ -19,14 +19,14 @@ X11Desktop::X11Desktop(xcb_connection_t* connection, xcb_window_t root, QObject*
         const QScreen* primary = QGuiApplication::primaryScreen();
         emit leftClick(pixelToGlobal(pixel, primary ? primary->devicePixelRatio() : 1.0));
     });
-    connect(&dpms_, &DpmsWatcher::asleepChanged, this, &DesktopBackend::displaysAsleepChanged);
+    connect(&sleep_, &DisplaySleepWatcher::asleepChanged, this, &DesktopBackend::displaysAsleepChanged);
     connect(&coverage_, &CoverageWatcher::changed, this, &DesktopBackend::coverageChanged);
 }
 
 void X11Desktop::start() {
     // Each part works alone: a display without XInput 2 or DPMS still gets its wallpaper.
     if (!clicks_.start()) qWarning("Quellton: Klicks auf den Schreibtisch sind nicht verfügbar (XInput 2 fehlt).");
-    dpms_.start();
+    sleep_.start();
     coverage_.start();
 }
 

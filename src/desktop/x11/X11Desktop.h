@@ -5,7 +5,7 @@
 #include "CoverageWatcher.h"
 #include "DesktopBackend.h"
 #include "DesktopWindow.h"
-#include "DpmsWatcher.h"
+#include "DisplaySleepWatcher.h"
 #include "RawClickMonitor.h"
 
 namespace quellton::x11 {
@@ -21,13 +21,13 @@ public:
     void prepareWindow(QWindow& window) override;
     void windowShown(QWindow& window) override;
     bool covered(const QRect& screen, double devicePixelRatio) const override;
-    bool displaysAsleep() const override { return dpms_.asleep(); }
+    bool displaysAsleep() const override { return sleep_.asleep(); }
 
 private:
     xcb_connection_t* connection_;
     DesktopWindow marker_;
     RawClickMonitor clicks_;
-    DpmsWatcher dpms_;
+    DisplaySleepWatcher sleep_;
     CoverageWatcher coverage_;
 };
 
