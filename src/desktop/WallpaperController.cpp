@@ -57,10 +57,10 @@ void WallpaperController::start() {
 
     connect(qGuiApp, &QGuiApplication::screenAdded, this, [this](QScreen* screen) {
         watchScreen(screen);
-        rebuildSoon_.start();
+        scheduleRebuild();
     });
-    connect(qGuiApp, &QGuiApplication::screenRemoved, this, [this] { rebuildSoon_.start(); });
-    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, [this] { rebuildSoon_.start(); });
+    connect(qGuiApp, &QGuiApplication::screenRemoved, this, &WallpaperController::scheduleRebuild);
+    connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &WallpaperController::scheduleRebuild);
     for (QScreen* screen : QGuiApplication::screens()) watchScreen(screen);
 
     connect(backend_.get(), &DesktopBackend::displaysAsleepChanged, this, &WallpaperController::setScreensAsleep);
@@ -77,8 +77,10 @@ void WallpaperController::start() {
 }
 
 void WallpaperController::watchScreen(QScreen* screen) {
-    connect(screen, &QScreen::geometryChanged, this, [this] { rebuildSoon_.start(); }, Qt::UniqueConnection);
+    connect(screen, &QScreen::geometryChanged, this, &WallpaperController::scheduleRebuild, Qt::UniqueConnection);
 }
+
+void WallpaperController::scheduleRebuild() { rebuildSoon_.start(); }
 
 void WallpaperController::rebuild() {
     const QList<QScreen*> screens = QGuiApplication::screens();

@@ -48,6 +48,7 @@ private:
     };
 
     void rebuild();
+    void scheduleRebuild();
     void refreshHidden();
     void ripple(QPointF global);
     void watchScreen(QScreen* screen);

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <thread>
 
@@ -48,6 +49,16 @@ std::string nameOwner() {
 bool waitForOwner() {
     for (int i = 0; i < 500; ++i) {
         if (!nameOwner().empty()) return true;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    return false;
+}
+
+bool capturing() { return test::shell("pactl list short source-outputs | grep -q ."); }
+
+bool eventually(const std::function<bool()>& condition) {
+    for (int i = 0; i < 500; ++i) {
+        if (condition()) return true;
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
     return false;
@@ -110,11 +121,11 @@ TEST_F(RunningApplication, QuitsCleanlyOnTerminationSignals) {
         const pid_t app = start({"--autostart"});
         ASSERT_TRUE(waitForOwner());
         // The capture stream exists while the application runs.
-        EXPECT_TRUE(test::shell("pactl list short source-outputs | grep -q ."));
+        EXPECT_TRUE(eventually([] { return capturing(); }));
         kill(app, number);
         EXPECT_EQ(waitExit(app), 0) << "signal " << number;
         EXPECT_TRUE(nameOwner().empty());
-        EXPECT_FALSE(test::shell("pactl list short source-outputs | grep -q ."));
+        EXPECT_FALSE(capturing());
     }
 }
 

@@ -57,6 +57,7 @@ PrivateSession::PrivateSession(const std::string& screen) {
     dir_ = pattern;
     for (const char* sub : {"home", "runtime", "config", "cache", "data", "state"})
         std::filesystem::create_directories(dir_ + "/" + sub);
+    std::filesystem::permissions(dir_ + "/runtime", std::filesystem::perms::owner_all);
     setenv("HOME", (dir_ + "/home").c_str(), 1);
     setenv("XDG_RUNTIME_DIR", (dir_ + "/runtime").c_str(), 1);
     setenv("XDG_CONFIG_HOME", (dir_ + "/config").c_str(), 1);

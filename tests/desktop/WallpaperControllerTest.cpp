@@ -134,6 +134,8 @@ TEST_F(WallpaperControllerTest, StaysHiddenAfterWakingWhileTheSessionIsLocked) {
 TEST_F(WallpaperControllerTest, AFullscreenWindowHidesTheWallpaperUntilItCloses) {
     QWindow other;
     other.setTitle(QStringLiteral("Video"));
+    // Without a window manager nobody resizes a fullscreen window; the test does it.
+    other.setGeometry(QGuiApplication::primaryScreen()->geometry());
     other.showFullScreen();
     ASSERT_TRUE(waitUntil([&] { return hidden(); }));
     other.hide();
