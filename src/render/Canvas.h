@@ -9,6 +9,7 @@
 namespace quellton {
 
 class VisualRenderer;
+struct CanvasLink;
 
 // A window whose picture the render thread draws: a wallpaper on one screen or the gallery's preview.
 // It keeps its renderer's geometry in step, draws while it is exposed and turns clicks into ripples.
@@ -41,7 +42,8 @@ private:
 
     Role role_;
     std::shared_ptr<VisualRenderer> renderer_;
-    bool linked_ = false;
+    std::shared_ptr<CanvasLink> link_;
+    long framesBefore_ = 0;
 };
 
 }  // namespace quellton

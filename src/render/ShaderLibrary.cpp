@@ -12,7 +12,7 @@
 
 #include "Catalog.h"
 #include "ShaderSource.h"
-#include "gl/EglHeadless.h"
+#include "gl/EglProvider.h"
 
 namespace quellton {
 
@@ -38,7 +38,7 @@ thread_local unsigned currentGeneration = 0;
 std::function<std::unique_ptr<GlContextProvider>()>& providerFactory() {
     static std::function<std::unique_ptr<GlContextProvider>()> factory = [] {
         std::string error;
-        auto egl = EglHeadless::create(&error);
+        auto egl = EglProvider::headless(&error);
         if (!egl) std::fprintf(stderr, "Quellton: Keine GPU verfügbar (%s).\n", error.c_str());
         return std::unique_ptr<GlContextProvider>(std::move(egl));
     };

@@ -58,6 +58,8 @@ public:
     bool bindThreadContext();
     // Destroys this thread's context, e.g. before a worker thread ends.
     void releaseThreadContext();
+    // The share group's provider, for contexts that draw into windows.
+    GlContextProvider& provider() { return *provider_; }
 
     // Offline rendering: a still (B, G, R, X bytes, upright) or nothing.
     std::optional<QImage> snapshot(const Visualizer& v, PixelSize size, double time,

@@ -23,6 +23,9 @@ const std::set<std::string> followsMouse = {
     "stachelkugel", "supernova", "helix", "lichtdom", "aether", "kaliset", "moire", "wasserlicht", "reaktor",
     "anamorph"};
 
+// Rows that react to the beat and the music time but to no part of the spectrum.
+const std::set<std::string> beatOnly = {"wolkenflug"};
+
 struct Stats {
     double mean = 0, deviation = 0, brightest = 0;
 };
@@ -92,7 +95,9 @@ TEST_P(Bodies, ReactsToSound) {
     if (!ShaderLibrary::shared().pipeline(GetParam())) GTEST_SKIP() << "does not compile";
     const double t = 6.3;
     EXPECT_GT(difference(still(t, "silent"), still(t, "loud")), 1.0) << "silence and loud music look alike";
-    EXPECT_GT(difference(still(t, "bass"), still(t, "treble")), 0.3) << "different spectra look alike";
+    if (!beatOnly.count(GetParam())) {
+        EXPECT_GT(difference(still(t, "bass"), still(t, "treble")), 0.3) << "different spectra look alike";
+    }
 }
 
 TEST_P(Bodies, FollowsTheMouseWhereItShould) {

@@ -11,9 +11,9 @@ vec3 vis(vec2 p, vec2 uv, sampler2D prev) {
     c = max(c, 0.0) * (0.9 + clamp(LVL, 0.0, 1.0) * 0.07);
 
     float r = length(p);
-    float a = atan(p.x, p.y);
+    float a = atan(p.x, p.y + 1e-6);
     float x = abs(a) / TAU;
-    float rr = 0.38 + BASS * 0.14 + WV(x) * 0.16;
+    float rr = 0.45 + BASS * 0.15 + WV(x) * 0.18;
     float dist = abs(r - rr);
     vec3 rc = mix(PAL(x * 1.5 + TIME * 0.05), vec3(1.0), 0.3);
     float br = 0.35 + LVL * 1.1;

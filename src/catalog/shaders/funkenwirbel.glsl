@@ -3,17 +3,21 @@ vec3 vis(vec2 p, vec2 uv, sampler2D prev) {
     vec2 q = rot(-(0.008 + BASS * 0.03)) * p * 0.998;
     vec3 c = PREVP(q) * 0.94;
 
+    // The 60 sparks sit in lanes by radius, so only the nine nearest lanes can reach this pixel.
+    float sc = 0.85 + BASS * 0.3;
+    const float R0 = 0.12, LANE = 0.0125;
+    float r = length(p) / sc;
+    float i0 = floor((r - R0) / LANE);
+    float sz = 0.003 + HIGH * 0.006;
     vec3 add = vec3(0.0);
-    float sz = 0.004 + HIGH * 0.01;
-    for (int i = 0; i < 60; ++i) {
-        float fi = float(i);
-        float h = h11(fi + 0.37);
-        float h2 = h11(fi * 1.93 + 4.1);
-        float rad = (0.15 + h * 0.7) * (0.85 + BASS * 0.3);
-        float a = MT * (0.6 + h2 * 0.9) / (0.4 + h) + fi * 2.39996;
-        vec2 sp = rad * vec2(cos(a), sin(a));
-        vec2 d = p - sp;
-        if (abs(d.x) > 0.1 || abs(d.y) > 0.1) continue;
+    for (int j = -4; j <= 4; ++j) {
+        float fi = i0 + float(j);
+        if (fi < 0.0 || fi > 59.0) continue;
+        float h = fract(fi * 0.618034 + 0.37);
+        float h2 = fract(fi * 0.754878 + fi * fi * 0.0137);
+        float rad = (R0 + (fi + 0.5 + (h - 0.5) * 0.8) * LANE) * sc;
+        float a = MT * (0.5 + h2 * 0.8) / (0.3 + rad) + h * TAU;
+        vec2 d = p - rad * vec2(cos(a), sin(a));
         float dd = dot(d, d);
         add += PAL(h * 0.7 + h2 * 0.3) * sz * sz / (dd + sz * sz * 0.5);
     }

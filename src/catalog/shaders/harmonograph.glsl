@@ -1,27 +1,27 @@
 vec3 vis(vec2 p, vec2 uv) {
     const int N = 120;
-    const float T = 26.0;
-    float sz = 0.48 + BASS * 0.2;
-    mat2 R = rot(MT * 0.08);
-    float ph1 = MT * 0.31, ph2 = MT * 0.17;
+    const float T = 28.0;
+    float sz = 0.5 + BASS * 0.35;
+    mat2 R = rot(MT * 0.07);
+    float ph1 = MT * 0.21, ph2 = MT * 0.13;
     vec2 P[N + 1];
     for (int i = 0; i <= N; ++i) {
         float t = float(i) / float(N) * T;
-        float dmp = exp(-t * 0.055);
-        vec2 v = vec2(sin(2.0 * t + ph1) + 0.55 * sin(3.0 * t + ph2 + 1.2),
-                      sin(3.0 * t + ph2) + 0.55 * sin(2.0 * t - ph1 + 0.4));
-        v += vec2(MID * 0.35 * sin(7.0 * t + MT), HIGH * 0.3 * cos(11.0 * t - MT * 1.3));
-        P[i] = R * v * dmp * sz;
+        vec2 v = vec2(sin(t + ph1) + 0.35 * sin(1.003 * t + ph2 * 2.0),
+                      sin(2.0 * t + ph2) + 0.35 * cos(0.997 * t + ph1));
+        v += vec2(MID * 0.45 * sin(3.0 * t + MT), HIGH * 0.35 * cos(4.0 * t - MT * 1.3));
+        P[i] = R * v * exp(-t * 0.055) * sz;
     }
-    vec3 col = PAL(0.5) * 0.04 * exp(-length(p));
+    vec3 col = PAL(0.5) * 0.05 * exp(-1.5 * length(p));
+    float dm = 0.1, km = 0.0;
     for (int i = 0; i < N; ++i) {
         vec2 a = P[i], b = P[i + 1];
-        if (any(lessThan(p, min(a, b) - 0.08)) || any(greaterThan(p, max(a, b) + 0.08))) continue;
+        if (any(lessThan(p, min(a, b) - dm)) || any(greaterThan(p, max(a, b) + dm))) continue;
         float d = sdSeg(p, a, b);
-        float k = float(i) / float(N);
-        float w = 0.003 + 0.002 * (1.0 - k);
-        col += PAL(k * 0.8 + 0.1) * w / (d + w) * (1.0 - 0.6 * k) * smoothstep(0.08, 0.02, d) * 0.55;
+        if (d < dm) { dm = d; km = float(i) / float(N); }
     }
-    col += PAL(0.2) * 0.004 / (length(p - P[0]) + 0.004);
+    float w = 0.0025 + 0.002 * (1.0 - km);
+    col += PAL(km * 0.75 + 0.05) * w / (dm + w) * (0.45 + 0.55 * km) * smoothstep(0.1, 0.03, dm) * 1.1;
+    col += mix(PAL(0.0), vec3(1.0), 0.5) * 0.006 / (length(p - P[N]) + 0.006) * (0.6 + BASS);
     return tm(col);
 }

@@ -3,7 +3,7 @@ vec3 vis(vec2 p, vec2 uv, sampler2D prev) {
     vec2 o = 1.3 / RES;
     vec2 q = uv - vec2(0.0, 0.9 / RES.y);
     vec3 c = (PREV(q + vec2(o.x, 0.0)) + PREV(q - vec2(o.x, 0.0)) + PREV(q + vec2(0.0, o.y)) + PREV(q - vec2(0.0, o.y))) * 0.25;
-    c *= 0.975;
+    c *= 0.982;
 
     vec3 add = vec3(0.0);
     for (int i = 0; i < 4; ++i) {

@@ -10,7 +10,7 @@ vec3 vis(vec2 p, vec2 uv) {
         dz = 2.0 * vec2(z.x * dz.x - z.y * dz.y, z.x * dz.y + z.y * dz.x) + vec2(1.0, 0.0);
         z = vec2(z.x * z.x - z.y * z.y, 2.0 * z.x * z.y) + c;
         float m = dot(z, z);
-        trap = min(trap, length(z - vec2(0.0, 0.0)) );
+        trap = min(trap, length(z));
         if (m > 256.0) { esc = true; break; }
         n += 1.0;
     }

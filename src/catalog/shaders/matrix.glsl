@@ -10,9 +10,10 @@ vec3 vis(vec2 p, vec2 uv) {
     float near = smoothstep(1.5 / N.y, 0.0, abs(s - y));
     float r = mix(0.1, 0.36, on);
     float d = length(f);
-    vec3 c = mix(PAL(y * 0.75 + x * 0.15 + TIME * 0.01), vec3(1.0), 0.45 * near * on);
+    vec3 c = mix(mix(PAL(0.25 + 0.05 * sin(TIME * 0.1 + x * 3.0)), PAL(0.75), y), vec3(1.0), 0.5 * near * on);
     vec3 col = PAL(0.75) * 0.025 * (1.0 - uv.y * 0.5);
-    col += mix(vec3(0.05, 0.04, 0.06), c, on) * smoothstep(r, r - 0.06, d);
+    float aa = N.y / RES.y;
+    col += mix(PAL(0.75) * 0.07 + 0.03, c, on) * smoothstep(r + aa, r - aa - 0.04, d);
     col += c * on * 0.35 * exp(-6.0 * d) * (0.6 + 0.6 * near);
-    return tm(col * 1.4);
+    return tm(col * 1.1);
 }

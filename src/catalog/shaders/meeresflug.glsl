@@ -9,7 +9,7 @@ float seaH(vec2 x, int oct) {
             q += noise(q) * 2.0 - 1.0;
             vec2 w = 1.0 - abs(sin(q)), s = abs(cos(q));
             w = mix(w, s, w);
-            h += a * pow(1.0 - pow(w.x * w.y, 0.65), ch);
+            h += a * pow(max(1.0 - pow(w.x * w.y, 0.65), 0.0), ch);
         }
         x = mat2(1.6, 1.2, -1.2, 1.6) * x;
         f *= 1.9;

@@ -14,14 +14,15 @@ vec3 vis(vec2 p, vec2 uv) {
     for (int i = 0; i < 6; ++i) {
         float fi = float(i);
         float k = x * 0.8 + fi * 0.02;
-        float amp = 0.07 + fi * 0.05;
+        float amp = 0.09 + fi * 0.06;
         float s = SP(k);
         float ds = (SP(k + e) - SP(k - e)) / (2.0 * e) * 0.8;
         float rr = r0 + 0.012 + fi * 0.018 + s * amp;
         // thin the distance where the outline is steep so the line keeps its width
-        float d = abs(r - rr) / sqrt(1.0 + pow(ds * amp / (PI * max(r, 0.05)), 2.0));
+        float g = ds * amp / (PI * rr);
+        float d = abs(r - rr) / sqrt(1.0 + g * g);
         vec3 c = i == 0 ? vec3(1.0) : PAL(fi / 6.0 + 0.1);
-        float w = 0.0028 - fi * 0.0002;
+        float w = 0.0036 - fi * 0.0003;
         col += c * (smoothstep(w, 0.0, d) + 0.35 * w / (d + w)) * (0.65 + 0.35 * smoothstep(0.0, 0.6, s));
     }
     return tm(col);

@@ -28,7 +28,8 @@ vec3 vis(vec2 p, vec2 uv) {
     vec3 col = PAL(0.25) * 0.035 * (1.0 - 0.5 * dot(q, q));
     col += PAL(0.25) * (grid * 0.22 + ticks * 0.3);
     col += mix(ph, vec3(1.0), 0.6) * smoothstep(0.006, 0.0, d) * br;
-    col += ph * (0.012 / (d + 0.012)) * 0.45 * br;
+    float bw = 0.01 + 0.012 * BASS;
+    col += ph * (bw / (d + bw)) * 0.45 * br;
     col *= 0.86 + 0.14 * sin(uv.y * RES.y * 1.6);
     col *= inside;
     col += vec3(0.05, 0.055, 0.05) * smoothstep(0.06, 0.0, abs(box)) * (1.0 - inside * 0.5);

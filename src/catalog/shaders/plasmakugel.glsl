@@ -1,5 +1,5 @@
 vec3 vis(vec2 p, vec2 uv) {
-    const float R = 0.62;
+    const float R = 0.68;
     vec2 c0 = vec2(0.0, 0.12);
     vec2 q = p - c0;
     float r = length(q);
@@ -18,13 +18,12 @@ vec3 vis(vec2 p, vec2 uv) {
     float inside = smoothstep(R + 0.004, R - 0.004, r);
     if (r < R + 0.3) {
         vec3 glow = PAL(0.1) * 0.18 * exp(-r * 3.0) * (0.6 + BASS);
-        float aq = atan(q.y, q.x + 1e-6);
         for (int i = 0; i < 9; ++i) {
             float fi = float(i);
             float e = 0.25 + SP(0.03 + h11(fi + 1.3) * 0.5) * 1.1 + BASS * 0.4;
             float a0 = fi / 9.0 * TAU + MT * 0.25 * (h11(fi) - 0.5) + sin(TIME * 0.7 + fi * 2.1) * 0.35;
             vec2 d = vec2(cos(a0), sin(a0));
-            if (i == 0) d = normalize(mix(d, mdir, near) + vec2(1e-4));
+            if (i == 0) { d = normalize(mix(d, mdir, near) + vec2(1e-4)); e *= 1.0 + near * 1.5; }
             vec2 n = vec2(-d.y, d.x);
             float t = dot(q, d), o = dot(q, n);
             if (t < 0.0 || t > R) continue;
@@ -41,7 +40,7 @@ vec3 vis(vec2 p, vec2 uv) {
             col += fc * e * inside * 0.02 * exp(-dd * 18.0);
         }
         // bright spot where the filament touches the glass
-        col += PAL(0.0) * 0.9 * exp(-length(q - mdir * R) * 18.0) * near * (0.5 + BASS);
+        col += PAL(0.0) * (exp(-length(q - mdir * R) * 16.0) * 1.2 + exp(-length(q - mdir * R) * 3.0) * 0.4 * inside) * near * (0.6 + BASS);
         col += glow * inside;
         // glass: electrode, rim and highlight
         col += vec3(1.0, 0.9, 1.0) * 0.05 / (r + 0.05) * smoothstep(0.09, 0.05, r) + PAL(0.1) * 0.02 / (r + 0.02);

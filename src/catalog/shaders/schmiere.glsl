@@ -7,9 +7,14 @@ vec3 vis(vec2 p, vec2 uv, sampler2D prev) {
     vec3 c = PREVP(q) * 0.975;
 
     float x = p.x / ASPECT;
-    float y = WV(x * 0.5 + 0.5) * (0.12 + LVL * 0.5);
-    float d = abs(p.y - y);
+    float amp = 0.12 + LVL * 0.5;
+    float xs = x * 0.5 + 0.5;
+    float y = WV(xs) * amp;
+    // Distance across the line, not just vertically, so steep parts stay solid.
+    float dy = (WV(xs + 0.002) - WV(xs - 0.002)) / 0.004 * amp * 0.5 / ASPECT;
+    float d = abs(p.y - y) / sqrt(1.0 + dy * dy);
     vec3 lc = PAL(x * 0.4 + TIME * 0.07);
-    c += lc * (smoothstep(0.01, 0.0, d) * 0.9 + 0.1 * exp(-d * 30.0));
+    // max, not add: a line that stands still must not pile up.
+    c = max(c, lc * (smoothstep(0.01, 0.0, d) * 1.1 + 0.3 * exp(-d * 30.0)));
     return min(c, vec3(2.5));
 }

@@ -11,13 +11,13 @@ vec3 vis(vec2 p, vec2 uv, sampler2D prev) {
     vec2 q = rot(0.012 + BASS * 0.05) * p * 1.025;
     vec3 c = PREVP(q) * 0.955;
 
-    float r0 = 0.32 + BASS * 0.22;
+    float r0 = 0.42 + BASS * 0.25;
     vec2 h = rot(TIME * 0.4) * p;
     float d = abs(sdHex(h, r0));
-    float s = ringSpec(p, 0.85);
-    float a = atan(p.x, p.y);
+    float s = ringSpec(p + vec2(0.0, 1e-6), 0.85);
+    float a = atan(p.x, p.y + 1e-6);
     vec3 hc = mix(PAL(a / TAU + TIME * 0.03), vec3(1.0), smoothstep(0.6, 1.0, s) * 0.5);
     c += hc * (0.2 + s * 1.4) * (smoothstep(0.006, 0.0, d) + 0.3 * exp(-d * 50.0));
-    c += PAL(0.6) * 0.05 * exp(-length(p) * 6.0);
+    c += PAL(0.6) * 0.02 * exp(-length(p) * 6.0);
     return min(c, vec3(3.0));
 }

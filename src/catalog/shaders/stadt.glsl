@@ -1,4 +1,4 @@
-// Tower height of the grid cell id: the spectrum read outwards from the centre column.
+// Tower height of grid cell id: the bands read outwards from the centre column.
 float bh(vec2 id) {
     float r = length(id + 0.5) / 14.0;
     float s = SP(r * 0.9);
@@ -18,9 +18,10 @@ float map(vec3 p) {
 
 vec3 vis(vec2 p, vec2 uv) {
     float a = TIME * 0.08 + MOUSE.x * 1.5;
-    vec3 ro = vec3(cos(a) * 10.0, 4.0 + MOUSE.y * 2.5, sin(a) * 10.0);
-    vec3 rd = rayDir(p, ro, vec3(0.0, 0.9, 0.0), 2.0);
-    vec3 sky = mix(PAL(0.1) * 0.14, PAL(0.75) * 0.015, clamp(rd.y * 3.0, 0.0, 1.0));
+    vec3 ro = vec3(cos(a) * 9.0, 5.0 + MOUSE.y * 3.0, sin(a) * 9.0);
+    vec3 rd = rayDir(p, ro, vec3(0.0, 0.4, 0.0), 1.9);
+    vec3 sky = mix(PAL(0.1) * 0.16, PAL(0.75) * 0.015, clamp(rd.y * 3.0, 0.0, 1.0));
+    sky += PAL(0.5) * 0.12 * exp(-abs(rd.y) * 25.0);
     float t = 0.0;
     bool hit = false;
     for (int i = 0; i < 100; ++i) {
@@ -46,8 +47,9 @@ vec3 vis(vec2 p, vec2 uv) {
         float lit = step(h21(floor(w) + id * 7.1), 0.35 + 0.1 * sin(TIME * 0.3 + id.x));
         float win = smoothstep(0.32, 0.25, max(wf.x, wf.y)) * lit * step(0.5, 1.0 - abs(n.y));
         vec3 base = PAL(0.75) * (0.05 + 0.1 * max(dot(n, normalize(vec3(0.4, 0.8, 0.3))), 0.0));
-        col = base + PAL(h21(id) * 0.5 + 0.3) * win * 1.2;
-        col += PAL(0.5) * 0.8 * smoothstep(0.03, 0.0, abs(pos.y - h)) * step(0.5, 1.0 - abs(n.y));
+        col = base + PAL(h21(id) * 0.5 + 0.3) * win * 1.8;
+        col += PAL(0.5) * 1.2 * smoothstep(0.04, 0.0, abs(pos.y - h)) * step(0.5, 1.0 - abs(n.y));
+        col += PAL(0.6) * 0.25 * step(0.5, n.y) * smoothstep(0.0, 2.0, h);
         col += PAL(0.1) * 0.15 * exp(-pos.y * 3.0);
     }
     return mix(col, sky, 1.0 - exp(-t * 0.04));

@@ -1,7 +1,7 @@
 vec3 vis(vec2 p, vec2 uv) {
     vec2 q = p - MOUSE * 0.35;
     float r = max(length(q), 1e-3);
-    float a = atan(q.y, q.x);
+    float a = atan(q.y, q.x + 1e-7);
     float z = 0.5 / r + MT * 1.6;
     const float N = 24.0;
     float seg = (a / TAU + 0.5) * N;

@@ -1,8 +1,11 @@
 #include "GlObjects.h"
 
+#include <epoxy/egl.h>
 #include <epoxy/gl.h>
 
 namespace quellton {
+
+bool GlName::hasCurrentContext() { return eglGetCurrentContext() != EGL_NO_CONTEXT; }
 
 GlName makeTexture() {
     GLuint id = 0;

@@ -27,9 +27,11 @@ public:
     std::uint32_t id() const { return id_; }
     explicit operator bool() const { return id_ != 0; }
     void reset() {
-        if (id_ && deleter_) deleter_(id_);
+        // Without a current context (at exit) the name dies with its context.
+        if (id_ && deleter_ && hasCurrentContext()) deleter_(id_);
         id_ = 0;
     }
+    static bool hasCurrentContext();
 
 private:
     std::uint32_t id_ = 0;

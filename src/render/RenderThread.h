@@ -1,0 +1,63 @@
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <semaphore>
+#include <thread>
+#include <vector>
+
+#include "gl/GlContext.h"
+#include "gl/GlObjects.h"
+
+namespace quellton {
+
+class VisualRenderer;
+
+// One window's connection to the render thread: its renderer, surface and drawable.
+struct CanvasLink {
+    std::weak_ptr<VisualRenderer> renderer;
+    std::uintptr_t window = 0;
+    std::atomic<int> pixelWidth{16}, pixelHeight{16};
+    std::atomic<long> frames{0};
+
+    // Render thread only.
+    std::unique_ptr<GlWindowSurface> surface;
+    std::optional<RenderTarget> drawable;
+    double nextDue = 0;
+    bool surfaceFailed = false;
+};
+
+// The one thread that draws every canvas, each at its renderer's frame rate, sleeping between deadlines.
+class RenderThread {
+public:
+    // Starts the thread on first use and returns once its context is ready.
+    static RenderThread& shared();
+    RenderThread();
+    ~RenderThread();
+
+    std::shared_ptr<CanvasLink> add(std::shared_ptr<VisualRenderer> renderer, std::uintptr_t window);
+    // Returns after the render thread has finished any frame of the link and released its surface.
+    void remove(const std::shared_ptr<CanvasLink>& link);
+
+private:
+    void run();
+    void post(std::function<void()> task);
+    void draw(CanvasLink& link, double now);
+
+    std::binary_semaphore started_{0};
+    std::mutex lock_;
+    std::condition_variable wake_;
+    std::vector<std::function<void()>> tasks_;
+    std::vector<std::shared_ptr<CanvasLink>> links_;  // render thread only
+    bool stopping_ = false;
+    std::unique_ptr<GlContext> context_;
+    GlName vertexArray_;
+    std::thread thread_;
+};
+
+}  // namespace quellton

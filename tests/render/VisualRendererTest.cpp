@@ -1,0 +1,181 @@
+#include <gtest/gtest.h>
+
+#include <epoxy/gl.h>
+
+#include <algorithm>
+
+#include "Catalog.h"
+#include "ShaderLibrary.h"
+#include "VisualRenderer.h"
+
+using namespace quellton;
+
+namespace {
+
+// A renderer whose settings, sound and clocks the test controls.
+struct Harness {
+    RenderSettings settings;
+    PublishedAudio audio;
+    double wall = 1000.0;
+    bool lowPower = false;
+    VisualRenderer renderer;
+
+    explicit Harness(Role role = Role::wallpaper) : renderer(role, 0.0, environment()) {
+        renderer.inputs().setGeometry({64, 36}, {0, 0, 64, 36}, 1.0);
+    }
+    RendererEnvironment environment() {
+        RendererEnvironment env;
+        env.settings = [this] { return settings; };
+        env.audio = [this] { return audio; };
+        env.wallClock = [this] { return wall; };
+        env.lowPower = [this] { return lowPower; };
+        return env;
+    }
+};
+
+double meanBrightness(const RenderTarget& target) {
+    std::vector<unsigned char> pixels(std::size_t(target.width * target.height * 4));
+    glBindFramebuffer(GL_FRAMEBUFFER, target.framebuffer.id());
+    glReadPixels(0, 0, target.width, target.height, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+    double sum = 0;
+    for (std::size_t i = 0; i < pixels.size(); i += 4) sum += pixels[i] + pixels[i + 1] + pixels[i + 2];
+    return sum / (3.0 * target.width * target.height);
+}
+
+class LiveRendering : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        std::vector<Visualizer> entries;
+        for (const char* id : {"halo", "nation", "spektrogramm", "echo", "hopf"}) entries.push_back(*Catalog::byID(id));
+        ShaderLibrary::shared().compileBlocking(entries);
+    }
+    void SetUp() override {
+        ASSERT_TRUE(ShaderLibrary::shared().bindThreadContext());
+        target = RenderTarget::create(64, 36, GL_RGBA8);
+        ASSERT_TRUE(target);
+    }
+    std::optional<RenderTarget> target;
+};
+
+}  // namespace
+
+TEST(DrawableSize, QualityBackingScaleAndFloor) {
+    Inputs in;
+    in.pointSize = {1440, 900};
+    in.backing = 2.0;
+    EXPECT_EQ(drawableExtent(in, Quality::saver, Role::wallpaper, 1.0), (PixelExtent{864, 540}));
+    EXPECT_EQ(drawableExtent(in, Quality::balanced, Role::wallpaper, 1.0), (PixelExtent{1440, 900}));
+    EXPECT_EQ(drawableExtent(in, Quality::max, Role::wallpaper, 1.0), (PixelExtent{2880, 1800}));
+    EXPECT_EQ(drawableExtent(in, Quality::max, Role::wallpaper, 0.5), (PixelExtent{1440, 900}));
+    EXPECT_EQ(drawableExtent(in, Quality::saver, Role::preview, 1.0), (PixelExtent{2160, 1350}));  // capped at 1.5
+    in.backing = 1.0;
+    EXPECT_EQ(drawableExtent(in, Quality::saver, Role::preview, 0.75), (PixelExtent{1080, 675}));
+    in.pointSize = {10, 10};
+    EXPECT_EQ(drawableExtent(in, Quality::saver, Role::wallpaper, 1.0), (PixelExtent{16, 16}));
+    in.pointSize = {101, 33};
+    in.backing = 1.0;
+    EXPECT_EQ(drawableExtent(in, Quality::saver, Role::wallpaper, 0.5), (PixelExtent{30, 16}));  // 30.3 rounds to 30
+}
+
+TEST(DrawableSize, ScaleOfTheLayers) {
+    EXPECT_EQ(layerScale(std::nullopt, std::nullopt), 1.0);
+    EXPECT_EQ(layerScale(std::string("gargantua"), std::nullopt), 0.7);
+    EXPECT_EQ(layerScale(std::string("gargantua"), std::string("wolkenflug")), 0.5);
+    EXPECT_EQ(layerScale(std::string("nope"), std::string("hopf")), 0.6);
+    EXPECT_EQ(layerScale(std::string("nope"), std::nullopt), 1.0);
+}
+
+TEST(FrameRate, LowPowerCapsAtThirty) {
+    EXPECT_EQ(wantedFrameRate(60, false), 60);
+    EXPECT_EQ(wantedFrameRate(60, true), 30);
+    EXPECT_EQ(wantedFrameRate(120, false), 120);
+}
+
+TEST_F(LiveRendering, DrawsTheCurrentVisualization) {
+    Harness h;
+    h.settings.currentID = "halo";
+    const auto frame = h.renderer.render(1.0, *target);
+    EXPECT_TRUE(frame.drawn);
+    EXPECT_EQ(frame.wanted, (PixelExtent{64, 36}));
+    EXPECT_GT(meanBrightness(*target), 2.0);
+    EXPECT_EQ(h.renderer.state().shown, "halo");
+}
+
+TEST_F(LiveRendering, PausedOrHiddenDrawsNothingAndKeepsTheClock) {
+    Harness h;
+    h.settings.currentID = "halo";
+    h.renderer.render(1.0, *target);
+    h.settings.paused = true;
+    glBindFramebuffer(GL_FRAMEBUFFER, target->framebuffer.id());
+    glClearColor(0, 0, 0, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    EXPECT_FALSE(h.renderer.render(30.0, *target).drawn);
+    EXPECT_EQ(h.renderer.state().last, 30.0);
+    EXPECT_LT(meanBrightness(*target), 0.5);
+    const double music = h.renderer.state().musicTime;
+    h.settings.paused = false;
+    h.renderer.render(30.016, *target);
+    EXPECT_LT(h.renderer.state().musicTime - music, 0.016 * 2);  // one frame's step, not the pause
+    h.renderer.inputs().setHidden(true);
+    EXPECT_FALSE(h.renderer.render(31.0, *target).drawn);
+}
+
+TEST_F(LiveRendering, ACrossFadeDrawsBothUntilItEnds) {
+    Harness h;
+    h.settings.currentID = "halo";
+    h.renderer.render(1.0, *target);
+    h.settings.currentID = "nation";
+    h.renderer.render(2.0, *target);
+    EXPECT_EQ(h.renderer.state().previous, "halo");
+    h.renderer.render(2.5, *target);
+    EXPECT_EQ(h.renderer.state().previous, "halo");
+    h.renderer.render(3.1, *target);
+    EXPECT_FALSE(h.renderer.state().previous);
+}
+
+TEST_F(LiveRendering, FeedbackBuffersLiveAsLongAsTheirLayer) {
+    Harness h;
+    h.settings.currentID = "spektrogramm";
+    h.renderer.render(1.0, *target);
+    ASSERT_EQ(h.renderer.feedbackIDs(), std::vector<std::string>{"spektrogramm"});
+    EXPECT_EQ(h.renderer.feedbackFor("spektrogramm")->width, 64);
+    h.settings.currentID = "echo";
+    h.renderer.render(2.0, *target);
+    EXPECT_EQ(h.renderer.feedbackIDs(), (std::vector<std::string>{"echo", "spektrogramm"}));
+    h.renderer.render(3.2, *target);  // the fade has ended: the old history goes in the same frame
+    EXPECT_EQ(h.renderer.feedbackIDs(), std::vector<std::string>{"echo"});
+    auto bigger = RenderTarget::create(80, 40, GL_RGBA8);
+    ASSERT_TRUE(bigger);
+    h.renderer.render(3.1, *bigger);
+    EXPECT_EQ(h.renderer.feedbackFor("echo")->width, 80);
+    EXPECT_EQ(h.renderer.feedbackFor("echo")->height, 40);
+}
+
+TEST_F(LiveRendering, WantedSizeFollowsQualityAndScale) {
+    Harness h;
+    h.renderer.inputs().setGeometry({1440, 900}, {0, 0, 1440, 900}, 2.0);
+    h.settings.currentID = "halo";
+    h.settings.quality = Quality::saver;
+    EXPECT_EQ(h.renderer.render(1.0, *target).wanted, (PixelExtent{864, 540}));
+    h.settings.currentID = "hopf";
+    EXPECT_EQ(h.renderer.render(2.0, *target).wanted, (PixelExtent{518, 324}));  // fading: the smaller scale wins
+}
+
+TEST_F(LiveRendering, LowPowerLowersTheFrameRate) {
+    Harness h;
+    h.renderer.render(1.0, *target);
+    EXPECT_EQ(h.renderer.fps(), 60);
+    h.lowPower = true;
+    h.renderer.render(1.1, *target);
+    EXPECT_EQ(h.renderer.fps(), 30);
+    h.lowPower = false;
+    h.renderer.render(1.2, *target);
+    EXPECT_EQ(h.renderer.fps(), 60);
+}
+
+TEST_F(LiveRendering, UnknownOrUncompiledVisualizationsLeaveTheFrameBlack) {
+    Harness h;
+    h.settings.currentID = "doesnotexist";
+    EXPECT_TRUE(h.renderer.render(1.0, *target).drawn);
+    EXPECT_LT(meanBrightness(*target), 0.5);
+}
