@@ -121,8 +121,11 @@ TEST_F(WallpaperControllerTest, StaysHiddenAfterWakingWhileTheSessionIsLocked) {
         xcb_force_screen_saver(c.get(), on ? XCB_SCREEN_SAVER_ACTIVE : XCB_SCREEN_SAVER_RESET);
         xcb_flush(c.get());
     };
-    blank(true);
-    ASSERT_TRUE(waitUntil([&] { return controller->screensAsleep(); }));
+    // Held on until seen: the watcher reads the state only every two seconds.
+    ASSERT_TRUE(waitUntil([&] {
+        blank(true);
+        return controller->screensAsleep();
+    }, 10000));
     blank(false);
     ASSERT_TRUE(waitUntil([&] { return !controller->screensAsleep(); }));
     settle(200);
