@@ -1,0 +1,59 @@
+#include "AppDelegate.h"
+
+#include <QCoreApplication>
+#include <QMetaObject>
+
+#include <algorithm>
+#include <fstream>
+
+#include "AppModel.h"
+#include "AudioSpectrum.h"
+#include "Wallpaper.h"
+
+namespace quellton {
+
+namespace {
+
+constexpr double loginWindowSeconds = 180;
+
+// Work posted from capture threads runs on the thread of the application object.
+void runOnMainThread(std::function<void()> work) {
+    if (QCoreApplication* app = QCoreApplication::instance())
+        QMetaObject::invokeMethod(app, std::move(work), Qt::QueuedConnection);
+}
+
+}  // namespace
+
+AppDelegate::AppDelegate(bool launchedAtLogin, QObject* parent)
+    : QObject(parent), launchedAtLogin_(launchedAtLogin) {}
+
+void AppDelegate::didFinishLaunching() {
+    AppModel::shared().start();
+    AudioSpectrumOptions options;
+    options.mainThread = runOnMainThread;
+    AudioSpectrum::setSharedOptions(std::move(options));
+    // A failed set-up leaves capture off without a message; the gallery shows the status.
+    AudioSpectrum::shared().start();
+    WallpaperController::shared().start();
+    if (!launchedAtLogin_) showGallery();
+}
+
+void AppDelegate::reopen() { showGallery(); }
+
+void AppDelegate::showGallery() { qInfo("Quellton: Die Galerie ist in dieser Version noch nicht enthalten."); }
+
+void AppDelegate::willTerminate() { AudioSpectrum::shared().stop(); }
+
+bool AppDelegate::launchedAtLogin(std::span<const std::string> args, std::optional<double> uptimeSeconds) {
+    if (std::ranges::find(args, std::string("--autostart")) != args.end()) return true;
+    return uptimeSeconds && *uptimeSeconds < loginWindowSeconds;
+}
+
+std::optional<double> AppDelegate::systemUptime() {
+    std::ifstream file("/proc/uptime");
+    double seconds = 0;
+    if (file >> seconds) return seconds;
+    return std::nullopt;
+}
+
+}  // namespace quellton

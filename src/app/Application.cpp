@@ -1,0 +1,43 @@
+#include "Application.h"
+
+#include <QApplication>
+
+#include <iostream>
+
+#include "AppDelegate.h"
+#include "GraphicalSession.h"
+#include "QuitSignals.h"
+#include "SingleInstance.h"
+
+namespace quellton::Application {
+
+int run(int& argc, char** argv, std::span<const std::string> args) {
+    if (!graphicalSessionAvailable()) {
+        std::cerr << noDisplayMessage << std::endl;
+        return 1;
+    }
+    preferX11Platform();
+
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Quellton"));
+    QApplication::setDesktopFileName(QStringLiteral(QUELLTON_APP_ID));
+    // Only the tray item and the wallpapers exist most of the time; closing the gallery must not quit.
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    SingleInstance instance;
+    if (!instance.claim()) {
+        if (!SingleInstance::activateRunning()) qWarning("Quellton: Die laufende Instanz antwortet nicht.");
+        return 0;
+    }
+
+    QuitSignals quitSignals;
+    QObject::connect(&quitSignals, &QuitSignals::quitRequested, &app, &QCoreApplication::quit);
+
+    AppDelegate delegate(AppDelegate::launchedAtLogin(args, AppDelegate::systemUptime()));
+    QObject::connect(&instance, &SingleInstance::activated, &delegate, &AppDelegate::reopen);
+    QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, &AppDelegate::willTerminate);
+    delegate.didFinishLaunching();
+    return app.exec();
+}
+
+}  // namespace quellton::Application

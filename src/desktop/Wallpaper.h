@@ -1,0 +1,4 @@
+#pragma once
+
+// Desktop presence: the wallpaper windows.
+#include "WallpaperController.h"

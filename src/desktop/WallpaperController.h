@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QObject>
+#include <QPointF>
+#include <QTimer>
+
+#include <memory>
+#include <vector>
+
+#include "FrameInputs.h"
+
+class QScreen;
+
+namespace quellton {
+
+class AppModel;
+class Canvas;
+class DesktopBackend;
+class SessionLock;
+
+// Puts the running visualization behind the desktop icons: one click-through desktop-layer
+// window with a wallpaper canvas on every screen (or only the primary one), hidden while the
+// displays sleep, the session is locked or a window covers the screen, and a ripple for every
+// left click on a screen. Main thread only; lives as long as the process once started.
+class WallpaperController : public QObject {
+    Q_OBJECT
+public:
+    // The one controller of the application, on the user's model and the real desktop.
+    static WallpaperController& shared();
+
+    // `backend` may be null where the display server has no desktop layer: then no window is made.
+    WallpaperController(AppModel& model, std::unique_ptr<DesktopBackend> backend, std::unique_ptr<SessionLock> lock,
+                        QObject* parent = nullptr);
+    ~WallpaperController() override;
+
+    // Installs the observations and the click monitor, then builds the windows. Once.
+    void start();
+
+    // What runs now, for diagnostics and tests.
+    std::vector<Canvas*> canvases() const;
+    const std::vector<RectF>& layout() const { return layout_; }
+    bool screensAsleep() const { return screensAsleep_; }
+    bool locked() const { return locked_; }
+
+private:
+    struct Record {
+        std::unique_ptr<Canvas> canvas;
+    };
+
+    void rebuild();
+    void scheduleRebuild();
+    void refreshHidden();
+    void ripple(QPointF global);
+    void watchScreen(QScreen* screen);
+    void setScreensAsleep(bool asleep);
+    void setLocked(bool locked);
+    std::unique_ptr<Canvas> makeWindow(QScreen* screen);
+
+    AppModel& model_;
+    std::unique_ptr<DesktopBackend> backend_;
+    std::unique_ptr<SessionLock> lock_;
+    std::vector<Record> windows_;
+    std::vector<RectF> layout_;
+    bool screensAsleep_ = false;
+    bool locked_ = false;
+    bool started_ = false;
+    // Screen notifications come in bursts and while Qt is still updating its list.
+    QTimer rebuildSoon_;
+};
+
+}  // namespace quellton

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+
+#include "CoverageWatcher.h"
+#include "DesktopBackend.h"
+#include "DesktopWindow.h"
+#include "DisplaySleepWatcher.h"
+#include "RawClickMonitor.h"
+
+namespace quellton::x11 {
+
+// The desktop on an X server with an EWMH window manager (or none).
+class X11Desktop : public DesktopBackend {
+    Q_OBJECT
+public:
+    // `connection` is the toolkit's own connection, on which its windows live.
+    X11Desktop(xcb_connection_t* connection, xcb_window_t root, QObject* parent = nullptr);
+
+    void start() override;
+    void prepareWindow(QWindow& window) override;
+    void windowShown(QWindow& window) override;
+    bool covered(const QRect& screen, double devicePixelRatio) const override;
+    bool displaysAsleep() const override { return sleep_.asleep(); }
+
+private:
+    xcb_connection_t* connection_;
+    DesktopWindow marker_;
+    RawClickMonitor clicks_;
+    DisplaySleepWatcher sleep_;
+    CoverageWatcher coverage_;
+};
+
+}  // namespace quellton::x11
