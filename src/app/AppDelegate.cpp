@@ -28,10 +28,10 @@ AppDelegate::AppDelegate(bool launchedAtLogin, QObject* parent)
     : QObject(parent), launchedAtLogin_(launchedAtLogin) {}
 
 void AppDelegate::didFinishLaunching() {
-    AppModel::shared().start();
     AudioSpectrumOptions options;
     options.mainThread = runOnMainThread;
-    AudioSpectrum::setSharedOptions(std::move(options));
+    AudioSpectrum::setSharedOptions(std::move(options));  // before anything reads the analyser
+    AppModel::shared().start();
     // A failed set-up leaves capture off without a message; the gallery shows the status.
     AudioSpectrum::shared().start();
     WallpaperController::shared().start();

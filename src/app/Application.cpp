@@ -6,8 +6,10 @@
 
 #include "AppDelegate.h"
 #include "GraphicalSession.h"
+#include "PowerProfile.h"
 #include "QuitSignals.h"
 #include "SingleInstance.h"
+#include "WindowSystemGl.h"
 
 namespace quellton::Application {
 
@@ -29,6 +31,13 @@ int run(int& argc, char** argv, std::span<const std::string> args) {
         if (!SingleInstance::activateRunning()) qWarning("Quellton: Die laufende Instanz antwortet nicht.");
         return 0;
     }
+
+    std::string error;
+    if (!useWindowSystemGl(&error)) {
+        std::cerr << "Quellton: Auf diesem Bildschirm gibt es kein OpenGL 3.3 (" << error << ")." << std::endl;
+        return 1;
+    }
+    PowerProfileWatcher powerProfile;
 
     QuitSignals quitSignals;
     QObject::connect(&quitSignals, &QuitSignals::quitRequested, &app, &QCoreApplication::quit);
