@@ -12,6 +12,7 @@
 #include "Catalog.h"
 #include "PowerProfile.h"
 #include "RenderSettings.h"
+#include "RenderThread.h"
 #include "ShaderLibrary.h"
 #include "VisualRenderer.h"
 #include "WindowSystemGl.h"
@@ -59,5 +60,7 @@ int main(int argc, char** argv) {
     const int status = app.exec();
     std::fprintf(stderr, "quellton-view: %ld Bilder gezeichnet\n", canvas.framesDrawn());
     AudioSpectrum::shared().stop();
+    RenderThread::stopShared();
+    ShaderLibrary::shared().stopBackgroundWork();
     return status;
 }

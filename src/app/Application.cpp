@@ -8,6 +8,8 @@
 #include "GraphicalSession.h"
 #include "PowerProfile.h"
 #include "QuitSignals.h"
+#include "RenderThread.h"
+#include "ShaderLibrary.h"
 #include "SingleInstance.h"
 #include "WindowSystemGl.h"
 
@@ -46,7 +48,10 @@ int run(int& argc, char** argv, std::span<const std::string> args) {
     QObject::connect(&instance, &SingleInstance::activated, &delegate, &AppDelegate::reopen);
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, &AppDelegate::willTerminate);
     delegate.didFinishLaunching();
-    return app.exec();
+    const int status = app.exec();
+    RenderThread::stopShared();
+    ShaderLibrary::shared().stopBackgroundWork();
+    return status;
 }
 
 }  // namespace quellton::Application

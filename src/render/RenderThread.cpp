@@ -11,9 +11,18 @@
 
 namespace quellton {
 
+namespace {
+std::atomic<bool> sharedCreated{false};
+}
+
 RenderThread& RenderThread::shared() {
     static RenderThread thread;
+    sharedCreated = true;
     return thread;
+}
+
+void RenderThread::stopShared() {
+    if (sharedCreated) shared().stop();
 }
 
 RenderThread::RenderThread() {
@@ -21,13 +30,16 @@ RenderThread::RenderThread() {
     started_.acquire();
 }
 
-RenderThread::~RenderThread() {
+RenderThread::~RenderThread() { stop(); }
+
+void RenderThread::stop() {
     {
         std::lock_guard guard(lock_);
         stopping_ = true;
     }
     wake_.notify_all();
     if (thread_.joinable()) thread_.join();
+    stopped_ = true;
 }
 
 void RenderThread::post(std::function<void()> task) {
@@ -47,6 +59,11 @@ std::shared_ptr<CanvasLink> RenderThread::add(std::shared_ptr<VisualRenderer> re
 }
 
 void RenderThread::remove(const std::shared_ptr<CanvasLink>& link) {
+    if (stopped_) {  // the context is gone; what is left dies with the process
+        link->drawable.reset();
+        link->surface.reset();
+        return;
+    }
     std::promise<void> done;
     post([this, link, &done] {
         std::erase(links_, link);

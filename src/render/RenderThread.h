@@ -37,12 +37,17 @@ class RenderThread {
 public:
     // Starts the thread on first use and returns once its context is ready.
     static RenderThread& shared();
+    // Ends the shared thread, if there is one, before the process ends: the driver's compiler and
+    // caches must not be in use while its libraries tear down.
+    static void stopShared();
     RenderThread();
     ~RenderThread();
 
     std::shared_ptr<CanvasLink> add(std::shared_ptr<VisualRenderer> renderer, std::uintptr_t window);
     // Returns after the render thread has finished any frame of the link and released its surface.
     void remove(const std::shared_ptr<CanvasLink>& link);
+
+    void stop();
 
 private:
     void run();
@@ -55,6 +60,7 @@ private:
     std::vector<std::function<void()>> tasks_;
     std::vector<std::shared_ptr<CanvasLink>> links_;  // render thread only
     bool stopping_ = false;
+    std::atomic<bool> stopped_{false};
     std::unique_ptr<GlContext> context_;
     GlName vertexArray_;
     std::thread thread_;

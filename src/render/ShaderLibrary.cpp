@@ -116,11 +116,16 @@ ShaderLibrary::ShaderLibrary(std::unique_ptr<GlContextProvider> provider)
 }
 
 ShaderLibrary::~ShaderLibrary() {
+    stopBackgroundWork();
+    releaseThreadContext();
+}
+
+void ShaderLibrary::stopBackgroundWork() {
     stopping_ = true;
     std::lock_guard guard(backgroundLock_);
     for (auto& t : background_)
         if (t.joinable()) t.join();
-    releaseThreadContext();
+    background_.clear();
 }
 
 void ShaderLibrary::releaseThreadContext() {

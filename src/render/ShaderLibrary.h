@@ -46,6 +46,9 @@ public:
     void compileAll(std::optional<std::string> first, std::function<void()> completion);
     void compileAll(std::vector<Visualizer> entries, std::optional<std::string> first, std::function<void()> completion);
     void compileAllBlocking();
+    // Lets background compilation finish the shaders in hand and waits for it; before the process ends,
+    // since the driver's compiler must not outlive its own teardown.
+    void stopBackgroundWork();
     void compileBlocking(std::span<const Visualizer> entries);
     // Compiles one visualization into `states` or, with the compiler's log, into `failures`.
     void compile(const Visualizer& v);
