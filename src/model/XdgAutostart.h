@@ -21,7 +21,7 @@ public:
     bool registerItem() override;
     bool unregisterItem() override;
 
-    // The text of the entry; the program path is quoted as the Desktop Entry specification asks.
+    // The text of the entry; the program path is quoted by the Desktop Entry rules.
     static std::string entryText(const std::filesystem::path& program);
 
 private:
