@@ -20,7 +20,7 @@
 #include "RenderSettings.h"
 #include "ShaderLibrary.h"
 #include "WindowSystemGl.h"
-#include "XvfbServer.h"
+#include "PrivateSession.h"
 
 using namespace quellton;
 
@@ -63,8 +63,8 @@ int main(int argc, char** argv) {
     setenv("MESA_SHADER_CACHE_DISABLE", "true", 1);
     setenv("QT_QPA_PLATFORM", "xcb", 1);
 
-    testsupport::XvfbServer x("1280x720x24");
-    if (!x.running()) return 1;
+    test::PrivateSession session("1280x720x24");
+    if (!session.ready()) return 1;
     QGuiApplication app(argc, argv);
     if (!useWindowSystemGl()) return 1;
     ShaderLibrary::shared().compileBlocking(std::vector<Visualizer>{*Catalog::byID(id)});

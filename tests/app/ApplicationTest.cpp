@@ -10,7 +10,7 @@
 #include <optional>
 #include <thread>
 
-#include "../audio/PulseTestServer.h"
+#include "PulseTestServer.h"
 #include "AppDelegate.h"
 #include "Application.h"
 #include "PrivateSession.h"

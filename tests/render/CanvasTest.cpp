@@ -16,13 +16,13 @@
 #include "ShaderLibrary.h"
 #include "VisualRenderer.h"
 #include "WindowSystemGl.h"
-#include "XvfbServer.h"
+#include "PrivateSession.h"
 
 using namespace quellton;
 
 namespace {
 
-std::unique_ptr<testsupport::XvfbServer> server;
+std::unique_ptr<test::PrivateSession> session;
 std::unique_ptr<QGuiApplication> app;
 
 // Runs the event loop until the condition holds or the time is up.
@@ -158,11 +158,12 @@ TEST_F(CanvasWindow, LeavingTheWindowSystemStopsDrawing) {
 
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);
-    server = std::make_unique<testsupport::XvfbServer>("1024x768x24");
-    if (!server->running()) {
-        std::fprintf(stderr, "Xvfb could not be started\n");
+    session = std::make_unique<test::PrivateSession>("1024x768x24");
+    if (!session->ready()) {
+        std::fprintf(stderr, "no private X session\n");
         return 1;
     }
+    setenv("QT_QPA_PLATFORM", "xcb", 1);
     app = std::make_unique<QGuiApplication>(argc, argv);
     std::string error;
     if (!useWindowSystemGl(&error)) {
@@ -171,5 +172,6 @@ int main(int argc, char** argv) {
     }
     const int status = RUN_ALL_TESTS();
     app.reset();
+    session.reset();
     return status;
 }
