@@ -16,7 +16,9 @@
 #include "ShaderLibrary.h"
 #include "VisualRenderer.h"
 #include "WindowSystemGl.h"
+#include "AudioSpectrum.h"
 #include "PrivateSession.h"
+#include "PulseTestServer.h"
 
 using namespace quellton;
 
@@ -154,6 +156,55 @@ TEST_F(CanvasWindow, LeavingTheWindowSystemStopsDrawing) {
     EXPECT_EQ(canvas->framesDrawn(), frames);
     canvas->show();  // a fresh link on a fresh surface
     EXPECT_TRUE(waitFor([&] { return canvas->framesDrawn() > frames + 3; }));
+}
+
+// The pixel column with the most light.
+int brightestColumn(const QImage& image) {
+    int best = 0;
+    double most = -1;
+    for (int x = 0; x < image.width(); ++x) {
+        double sum = 0;
+        for (int y = 0; y < image.height(); ++y) sum += qGreen(image.pixel(x, y)) + qRed(image.pixel(x, y));
+        if (sum > most) {
+            most = sum;
+            best = x;
+        }
+    }
+    return best;
+}
+
+// Last, since it leaves the shared analyser capturing for the rest of the process.
+TEST(CanvasWithSound, ThePictureFollowsWhatIsPlaying) {
+    test::PulseTestServer pulse;
+    ASSERT_TRUE(pulse.ready());
+    const std::string tone = pulse.dir() + "/tone.wav";
+    ASSERT_TRUE(test::shell("sox -n -r 48000 -c 2 -b 16 " + tone + " synth 30 sine 440 vol 0.5 2>/dev/null"));
+    ShaderLibrary::shared().compileBlocking(std::vector<Visualizer>{*Catalog::byID("pegel")});
+    RenderSettings settings;
+    settings.currentID = "pegel";  // a level meter: the column of 440 Hz stands out
+    settings.smoothing = 0;
+    RenderState::set(settings);
+    ASSERT_TRUE(AudioSpectrum::shared().start());
+
+    Canvas canvas(Role::wallpaper);
+    canvas.setGeometry(0, 0, 384, 216);
+    canvas.show();
+    ASSERT_TRUE(waitFor([&] { return canvas.framesDrawn() > 3; }));
+    settle(2.0);  // silence: the idle animation
+    const QImage quiet = grab(canvas);
+    pulse.play(tone, "one");
+    EXPECT_TRUE(waitFor([] { return wallClockNow() - AudioSpectrum::shared().lastSignal() < 0.5; }, 10));
+    settle(1.5);  // the idle signal fades out with a 0.6 s time constant
+    const QImage playing = grab(canvas);
+    pulse.stopPlaying();
+    AudioSpectrum::shared().stop();
+
+    // 440 Hz is band 27 of 64: its column, at about 43 % of the width, stands tallest; the treble falls silent.
+    const double tallest = brightestColumn(playing) / double(playing.width());
+    EXPECT_GT(tallest, 0.38);
+    EXPECT_LT(tallest, 0.50);
+    EXPECT_LT(meanBrightness(playing.copy(int(0.75 * playing.width()), 0, playing.width() / 4, playing.height())),
+              meanBrightness(quiet.copy(int(0.75 * quiet.width()), 0, quiet.width() / 4, quiet.height())));
 }
 
 int main(int argc, char** argv) {
