@@ -9,7 +9,7 @@
 namespace quellton::test {
 
 // Runs the event loop until the condition holds or the time is up; the condition's last value.
-inline bool waitUntil(const std::function<bool()>& condition, int milliseconds = 5000) {
+inline bool waitUntil(const std::function<bool()>& condition, int milliseconds = 15000) {
     QDeadlineTimer deadline(milliseconds);
     while (!condition()) {
         if (deadline.hasExpired()) return false;
