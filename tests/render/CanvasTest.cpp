@@ -7,7 +7,7 @@
 
 #include <sys/times.h>
 
-#include <chrono>
+#include <functional>
 #include <memory>
 
 #include "Canvas.h"
@@ -19,6 +19,7 @@
 #include "AudioSpectrum.h"
 #include "PrivateSession.h"
 #include "PulseTestServer.h"
+#include "SessionTestSupport.h"
 
 using namespace quellton;
 
@@ -27,18 +28,10 @@ namespace {
 std::unique_ptr<test::PrivateSession> session;
 std::unique_ptr<QGuiApplication> app;
 
-// Runs the event loop until the condition holds or the time is up.
-template <class Condition>
-bool waitFor(Condition condition, double seconds = 20) {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > end) return false;
-        QTest::qWait(10);
-    }
-    return true;
-}
+using test::waitUntil;
 
-void settle(double seconds) { QTest::qWait(int(seconds * 1000)); }
+bool waitFor(const std::function<bool()>& condition, double seconds = 20) { return waitUntil(condition, int(seconds * 1000)); }
+void settle(double seconds) { test::settle(int(seconds * 1000)); }
 
 QImage grab(Canvas& canvas) { return canvas.screen()->grabWindow(canvas.winId()).toImage(); }
 
