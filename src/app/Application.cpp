@@ -34,6 +34,11 @@ int run(int& argc, char** argv, std::span<const std::string> args) {
         return 0;
     }
 
+    if (QGuiApplication::platformName() != QStringLiteral("xcb")) {
+        std::cerr << "Quellton: Der Hintergrund braucht derzeit X11 (oder XWayland); diese Sitzung bietet es nicht."
+                  << std::endl;
+        return 1;
+    }
     std::string error;
     if (!useWindowSystemGl(&error)) {
         std::cerr << "Quellton: Auf diesem Bildschirm gibt es kein OpenGL 3.3 (" << error << ")." << std::endl;

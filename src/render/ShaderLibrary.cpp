@@ -172,7 +172,7 @@ std::optional<Pipeline> ShaderLibrary::link(const std::string& fragmentSource, b
     return Pipeline{program, feedback};
 }
 
-void ShaderLibrary::compile(const Visualizer& v) {
+void ShaderLibrary::compile(const Visualizer& v, bool warm) {
     if (!bindThreadContext()) {
         std::lock_guard guard(failuresLock_);
         failures_[v.id] = "kein OpenGL-Kontext";
@@ -181,7 +181,10 @@ void ShaderLibrary::compile(const Visualizer& v) {
     std::string log;
     const auto pipeline = link(ShaderSource::assemble(v), v.feedback, log);
     if (pipeline) {
-        glFlush();  // other contexts of the share group may use the program right away
+        if (warm)
+            warmUp(*pipeline);
+        else
+            glFlush();  // other contexts of the share group may use the program right away
         std::lock_guard guard(statesLock_);
         states_[v.id] = *pipeline;
     } else {
@@ -190,19 +193,34 @@ void ShaderLibrary::compile(const Visualizer& v) {
     }
 }
 
-void ShaderLibrary::compileInParallel(std::span<const Visualizer> entries) {
+void ShaderLibrary::warmUp(const Pipeline& pipeline) {
+    // llvmpipe translates a program to machine code at its first draw: one pixel here spares the
+    // first live frame most of that stall. The finish also publishes the program to other contexts.
+    thread_local std::optional<RenderTarget> plain, floating;
+    std::optional<RenderTarget>& target = pipeline.feedback ? floating : plain;
+    if (!target) target = RenderTarget::create(1, 1, pipeline.feedback ? GL_RGBA16F : GL_RGBA8);
+    if (target) {
+        target->bindForDrawing();
+        pipeline.bind();
+        drawFullScreenTriangle();
+        glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    }
+    glFinish();
+}
+
+void ShaderLibrary::compileInParallel(std::span<const Visualizer> entries, bool warm) {
     const unsigned workers = std::max(1u, std::min(std::thread::hardware_concurrency(), unsigned(entries.size())));
     std::atomic<std::size_t> next{0};
     std::vector<std::thread> threads;
     for (unsigned w = 0; w < workers; ++w)
         threads.emplace_back([&] {
-            for (std::size_t i; !stopping_ && (i = next++) < entries.size();) compile(entries[i]);
+            for (std::size_t i; !stopping_ && (i = next++) < entries.size();) compile(entries[i], warm);
             releaseThreadContext();
         });
     for (auto& t : threads) t.join();
 }
 
-void ShaderLibrary::compileBlocking(std::span<const Visualizer> entries) { compileInParallel(entries); }
+void ShaderLibrary::compileBlocking(std::span<const Visualizer> entries) { compileInParallel(entries, false); }
 
 void ShaderLibrary::compileAllBlocking() { compileBlocking(catalog()); }
 
@@ -226,10 +244,10 @@ void ShaderLibrary::compileAll(std::vector<Visualizer> list, std::optional<std::
         for (const std::string& id : compileOrder(list, first))
             entries.push_back(*std::find_if(list.begin(), list.end(), [&](const Visualizer& v) { return v.id == id; }));
         if (!entries.empty()) {
-            compile(entries.front());
+            compile(entries.front(), true);
             releaseThreadContext();
         }
-        compileInParallel(std::span(entries).subspan(entries.empty() ? 0 : 1));
+        compileInParallel(std::span(entries).subspan(entries.empty() ? 0 : 1), true);
         if (!stopping_ && completion) postToMainThread(completion);
     });
 }

@@ -50,8 +50,9 @@ public:
     // since the driver's compiler must not outlive its own teardown.
     void stopBackgroundWork();
     void compileBlocking(std::span<const Visualizer> entries);
-    // Compiles one visualization into `states` or, with the compiler's log, into `failures`.
-    void compile(const Visualizer& v);
+    // Compiles one visualization into `states` or, with the compiler's log, into `failures`;
+    // `warm` also draws one pixel with it, for compilations that prepare live drawing.
+    void compile(const Visualizer& v, bool warm = false);
 
     std::optional<Pipeline> pipeline(std::string_view id) const;
     std::map<std::string, std::string> failures() const;
@@ -80,8 +81,9 @@ public:
     static std::vector<std::string> compileOrder(std::span<const Visualizer> entries, const std::optional<std::string>& first);
 
 private:
-    void compileInParallel(std::span<const Visualizer> entries);
+    void compileInParallel(std::span<const Visualizer> entries, bool warm);
     std::optional<Pipeline> link(const std::string& fragment, bool feedback, std::string& log);
+    void warmUp(const Pipeline& pipeline);
 
     std::unique_ptr<GlContextProvider> provider_;
     std::unique_ptr<GlContext> root_;
