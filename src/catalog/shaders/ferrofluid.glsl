@@ -48,8 +48,8 @@ vec3 vis(vec2 p, vec2 uv) {
     }
     if (hit) {
         vec3 q = ro + rd * t;
-        vec2 e = vec2(0.002, 0.0);
-        vec3 n = normalize(vec3(ferro(q + e.xyy) - ferro(q - e.xyy), ferro(q + e.yxy) - ferro(q - e.yxy), ferro(q + e.yyx) - ferro(q - e.yyx)));
+        vec2 e = vec2(0.002, -0.002);
+        vec3 n = normalize(e.xyy * ferro(q + e.xyy) + e.yyx * ferro(q + e.yyx) + e.yxy * ferro(q + e.yxy) + e.xxx * ferro(q + e.xxx));
         vec3 rf = reflect(rd, n);
         float fres = 0.08 + 0.92 * pow(1.0 - max(dot(n, -rd), 0.0), 5.0);
         col = vec3(0.005) + env(rf) * (0.35 + fres * 1.0);

@@ -1,35 +1,56 @@
 vec3 vis(vec2 p, vec2 uv) {
-    mat2 r1 = rot(0.35 * sin(MT * 0.21)), r2 = rot(MT * 0.15);
-    mat2 r3 = rot(MT * 0.2 + MOUSE.x * 1.5), r4 = rot(0.9 + MOUSE.y * 1.2);
-    vec3 col = PAL(0.75) * 0.03 * (1.2 - length(p) * 0.5);
+    mat2 r1 = rot(0.2 * sin(MT * 0.17)), r2 = rot(MT * 0.11);
+    mat2 r3 = rot(MT * 0.08 + MOUSE.x * 1.5), r4 = rot(1.1 + MOUSE.y * 1.2);
+    const float SC = 0.5;
+    vec3 col = PAL(0.75) * 0.05 * exp(-length(p) * 1.6);
+    float flow = fract(MT * 0.2);
     for (int f = 0; f < 18; ++f) {
         float ff = float(f);
-        float eta = f < 9 ? 0.3 : 0.62;
-        float phi = float(f % 9) / 9.0 * TAU + (f < 9 ? 0.0 : 0.35);
+        float ring = floor(ff / 6.0);
+        // three nested tori of six linked circles; eta < 0.9 keeps every fibre clear of the pole
+        float eta = 0.4 + ring * 0.22;
+        float phi = mod1(ff, 6.0) / 6.0 * TAU + ring * 0.52;
         float s = SP(ff / 18.0 * 0.85 + 0.02);
-        float rad = 0.009 + s * 0.02;
-        vec3 c = PAL(ff / 18.0 + TIME * 0.02);
-        vec2 prevP = vec2(0.0);
-        for (int i = 0; i <= 16; ++i) {
-            float t = (float(i) + fract(MT * 0.3)) / 16.0 * TAU;
+        vec3 c = PAL(ring * 0.3 + mod1(ff, 6.0) * 0.04 + TIME * 0.015);
+        // The projected fibre is an exact circle: rebuild it from three of its points.
+        vec3 A, B, C3;
+        for (int j = 0; j < 3; ++j) {
+            float t = float(j) / 3.0 * TAU;
             vec4 q = vec4(cos(eta) * vec2(cos(t + phi), sin(t + phi)), sin(eta) * vec2(cos(t), sin(t)));
             q.xw = r1 * q.xw;
-            // Stereographic projection from the pole w = 1, kept finite near it.
-            vec3 v = q.xyz / max(1.0 - q.w, 0.08);
-            v /= 1.0 + 0.08 * length(v);
+            vec3 v = q.xyz / (1.0 - q.w);
             v.xy = r2 * v.xy;
             v.xz = r3 * v.xz;
             v.yz = r4 * v.yz;
-            float k = 3.0 / (7.0 - v.z);
-            vec2 P = v.xy * k * 1.4;
-            float d = length(p - P);
-            // A faint thread joins the dots so each fibre reads as one circle.
-            if (i > 0) col += c * 0.09 * smoothstep(0.006, 0.0, sdSeg(p, prevP, P));
-            prevP = P;
-            if (i == 16) break;
-            float r = rad * k * 4.0;
-            col += c * (smoothstep(r, r * 0.4, d) * 0.9 + 0.12 * r * r / (d * d + r * r)) * smoothstep(0.5, 0.0, d);
+            if (j == 0) A = v; else if (j == 1) B = v; else C3 = v;
+        }
+        vec3 a = A - C3, b = B - C3, n = cross(a, b);
+        float nn = max(dot(n, n), 1e-6);
+        vec3 cen = C3 + cross(dot(a, a) * b - dot(b, b) * a, n) / (2.0 * nn);
+        float R = length(A - cen);
+        if (length(p - cen.xy * SC) > R * SC + 0.12) continue;
+        vec3 U = (A - cen) / max(R, 1e-4), V = cross(n * inversesqrt(nn), U);
+        vec2 P0 = (cen.xy + R * U.xy) * SC;
+        float z0 = cen.z + R * U.z;
+        for (int j = 1; j <= 24; ++j) {
+            float t = float(j) / 24.0 * TAU;
+            vec3 X = cen + R * (U * cos(t) + V * sin(t));
+            vec2 P = X.xy * SC;
+            float fog = smoothstep(-2.0, 1.5, (X.z + z0) * 0.5);
+            float d = sdSeg(p, P0, P);
+            float w = 0.0015 + 0.002 * fog;
+            col += c * w / (d + w) * smoothstep(0.08, 0.0, d) * (0.12 + 0.45 * fog);
+            P0 = P;
+            z0 = X.z;
+        }
+        for (int i = 0; i < 16; ++i) {
+            float t = (float(i) + flow) / 16.0 * TAU;
+            vec3 X = cen + R * (U * cos(t) + V * sin(t));
+            float fog = smoothstep(-2.0, 1.5, X.z);
+            float d = length(p - X.xy * SC);
+            float r = (0.008 + s * 0.02) * (0.6 + 0.6 * fog);
+            col += mix(c, vec3(1.0), 0.35 * fog) * (smoothstep(r, r * 0.3, d) * (0.3 + 0.9 * fog) + 0.25 * r * r / (d * d + r * r)) * smoothstep(0.25, 0.0, d);
         }
     }
-    return tm(col * 1.2);
+    return tm(col * 1.3);
 }
