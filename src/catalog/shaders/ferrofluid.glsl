@@ -10,10 +10,10 @@ float ferro(vec3 q) {
     float spike = hs * pow(max(1.0 - r, 0.0), 1.5);
     float pr = length(q.xz);
     float bulge = (0.12 + BASS * 0.22) * exp(-pr * pr * 2.0) + 0.05 * exp(-pr * pr * 0.4);
-    // steep cones: divide by the slope, and keep steps short where a neighbour may rise
+    // steep cones: divide by the slope; above the tallest spike the height alone is safe
     float g = hs * 1.5 / (C * 0.5);
     float d = (q.y - bulge - spike) / sqrt(1.0 + g * g);
-    return min(d, max(q.y - 1.3, 0.05));
+    return max(d, q.y - 1.3);
 }
 
 vec3 env(vec3 d) {
@@ -39,10 +39,12 @@ vec3 vis(vec2 p, vec2 uv) {
     if (rd.y < 0.0) {
         // start just above the tallest spike
         t = max((ro.y - 1.5) / -rd.y, 0.0);
-        for (int i = 0; i < 120; ++i) {
-            float d = ferro(ro + rd * t);
-            if (d < 0.0008 * t) { hit = true; break; }
-            t += d;
+        for (int i = 0; i < 90; ++i) {
+            vec3 q = ro + rd * t;
+            float d = ferro(q);
+            if (d < 0.0015 * t) { hit = true; break; }
+            // outside the spikes and heading outward the floor only sinks: jump to its height
+            t += dot(q.xz, q.xz) > 5.3 && dot(q.xz, rd.xz) > 0.0 ? d / -rd.y : d;
             if (t > 12.0) break;
         }
     }
@@ -52,12 +54,13 @@ vec3 vis(vec2 p, vec2 uv) {
         vec3 n = normalize(e.xyy * ferro(q + e.xyy) + e.yyx * ferro(q + e.yyx) + e.yxy * ferro(q + e.yxy) + e.xxx * ferro(q + e.xxx));
         vec3 rf = reflect(rd, n);
         float fres = 0.08 + 0.92 * pow(1.0 - max(dot(n, -rd), 0.0), 5.0);
-        col = vec3(0.005) + env(rf) * (0.35 + fres * 1.0);
+        vec3 er = env(rf);
+        col = vec3(0.005) + er * (0.35 + fres * 1.0);
         // key light above the camera picks out the spike flanks
         col += PAL(0.1) * pow(max(dot(rf, normalize(vec3(ro.x, 1.5, ro.z))), 0.0), 12.0) * 0.8;
         // the puddle ends in a dull dark floor
         float pr = length(q.xz);
-        col = mix(PAL(0.6) * 0.015 * (1.0 + env(rf).b * 0.5), col, smoothstep(2.0, 1.6, pr + noise(q.xz * 3.0) * 0.2));
+        col = mix(PAL(0.6) * 0.015 * (1.0 + er.b * 0.5), col, smoothstep(2.0, 1.6, pr + noise(q.xz * 3.0) * 0.2));
         col *= exp(-pr * 0.2);
     }
     return tm(col * 1.2);

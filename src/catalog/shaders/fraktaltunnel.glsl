@@ -18,17 +18,20 @@ vec3 vis(vec2 p, vec2 uv) {
     vec3 ro = vec3(MOUSE * 0.25, MT * 0.7);
     vec3 rd = normalize(vec3(p, 1.4));
     rd.xy = rot(MT * 0.12) * rd.xy;
-    vec3 col = vec3(0.0);
+    float gs = 0.0, ga = 0.0;
     float t = 0.05;
-    for (int i = 0; i < 72; ++i) {
+    for (int i = 0; i < 44; ++i) {
         vec3 pos = ro + rd * t;
         float d = mapF(pos);
         // Glow where the ray grazes the fractal; the ray passes through instead of stopping.
         float g = 0.006 / (0.006 + abs(d) * abs(d) * 400.0);
-        col += PAL(pos.z * 0.12 + length(pos.xy) * 0.3) * g * exp(-t * 0.4) * 0.16;
-        t += max(abs(d) * 0.7, 0.02);
-        if (t > 8.0) break;
+        // the palette is looked up once per pixel from the glow-weighted position
+        g *= exp(-t * 0.42);
+        gs += g;
+        ga += g * (pos.z * 0.12 + length(pos.xy) * 0.3);
+        t += max(abs(d) * 0.9, 0.035);
+        if (t > 6.5) break;
     }
-    col *= 0.7 + BASS * 0.9;
+    vec3 col = PAL(ga / max(gs, 1e-4)) * gs * 0.22 * (0.7 + BASS * 0.9);
     return tm(col * 1.6 + PAL(0.75) * 0.02);
 }

@@ -14,9 +14,11 @@ vec3 vis(vec2 p, vec2 uv) {
         vec3 c = PAL(ring * 0.3 + mod1(ff, 6.0) * 0.04 + TIME * 0.015);
         // The projected fibre is an exact circle: rebuild it from three of its points.
         vec3 A, B, C3;
+        vec2 cp = vec2(cos(phi), sin(phi)), ce = vec2(cos(eta), sin(eta));
+        vec2 ct = vec2(1.0, 0.0);
         for (int j = 0; j < 3; ++j) {
-            float t = float(j) / 3.0 * TAU;
-            vec4 q = vec4(cos(eta) * vec2(cos(t + phi), sin(t + phi)), sin(eta) * vec2(cos(t), sin(t)));
+            vec4 q = vec4(ce.x * vec2(ct.x * cp.x - ct.y * cp.y, ct.y * cp.x + ct.x * cp.y), ce.y * ct);
+            ct = vec2(-0.5 * ct.x - 0.8660254 * ct.y, 0.8660254 * ct.x - 0.5 * ct.y);
             q.xw = r1 * q.xw;
             vec3 v = q.xyz / (1.0 - q.w);
             v.xy = r2 * v.xy;
@@ -28,13 +30,19 @@ vec3 vis(vec2 p, vec2 uv) {
         float nn = max(dot(n, n), 1e-6);
         vec3 cen = C3 + cross(dot(a, a) * b - dot(b, b) * a, n) / (2.0 * nn);
         float R = length(A - cen);
-        if (length(p - cen.xy * SC) > R * SC + 0.12) continue;
-        vec3 U = (A - cen) / max(R, 1e-4), V = cross(n * inversesqrt(nn), U);
+        vec3 nz = n * inversesqrt(nn);
+        // the projected circle is an ellipse inside this annulus
+        float dcen = length(p - cen.xy * SC);
+        if (dcen > R * SC + 0.12 || dcen < R * SC * abs(nz.z) - 0.12) continue;
+        vec3 U = (A - cen) / max(R, 1e-4), V = cross(nz, U);
         vec2 P0 = (cen.xy + R * U.xy) * SC;
         float z0 = cen.z + R * U.z;
+        // step around the circle by rotation instead of sin/cos per point
+        const vec2 ST = vec2(0.96592583, 0.25881905);
+        vec2 cs = vec2(1.0, 0.0);
         for (int j = 1; j <= 24; ++j) {
-            float t = float(j) / 24.0 * TAU;
-            vec3 X = cen + R * (U * cos(t) + V * sin(t));
+            cs = vec2(cs.x * ST.x - cs.y * ST.y, cs.x * ST.y + cs.y * ST.x);
+            vec3 X = cen + R * (U * cs.x + V * cs.y);
             vec2 P = X.xy * SC;
             float fog = smoothstep(-2.0, 1.5, (X.z + z0) * 0.5);
             float d = sdSeg(p, P0, P);
@@ -43,9 +51,11 @@ vec3 vis(vec2 p, vec2 uv) {
             P0 = P;
             z0 = X.z;
         }
+        const vec2 SD = vec2(0.92387953, 0.38268343);
+        cs = vec2(cos(flow * TAU / 16.0), sin(flow * TAU / 16.0));
         for (int i = 0; i < 16; ++i) {
-            float t = (float(i) + flow) / 16.0 * TAU;
-            vec3 X = cen + R * (U * cos(t) + V * sin(t));
+            vec3 X = cen + R * (U * cs.x + V * cs.y);
+            cs = vec2(cs.x * SD.x - cs.y * SD.y, cs.x * SD.y + cs.y * SD.x);
             float fog = smoothstep(-2.0, 1.5, X.z);
             float d = length(p - X.xy * SC);
             float r = (0.008 + s * 0.02) * (0.6 + 0.6 * fog);

@@ -7,7 +7,7 @@ float seaH(vec2 x, int oct) {
         for (int j = 0; j < 2; ++j) {
             vec2 q = x * f + (j == 0 ? t : -t);
             q += noise(q) * 2.0 - 1.0;
-            vec2 w = 1.0 - abs(sin(q)), s = abs(cos(q));
+            vec2 sn = sin(q), w = 1.0 - abs(sn), s = sqrt(max(1.0 - sn * sn, 0.0));
             w = mix(w, s, w);
             h += a * pow(max(1.0 - pow(w.x * w.y, 0.65), 0.0), ch);
         }
@@ -35,21 +35,23 @@ vec3 vis(vec2 p, vec2 uv) {
     vec3 rd = rayDir(p, ro, ro + vec3(sin(TIME * 0.1) * 0.3, -0.22, 1.0), 1.7);
     vec3 col = sky(rd);
     if (rd.y > -0.01) return col;
-    float t = 0.0;
+    // bracket the sea between its crest plane and the fog distance, then refine by secant
     float far = 60.0;
-    bool hit = false;
-    for (int i = 0; i < 64; ++i) {
+    float t0 = max((ro.y - 1.0) / -rd.y, 0.0), t1 = min(ro.y / -rd.y, far);
+    float h0 = max(ro.y + rd.y * t0 - 0.5, 0.01), h1 = 0.0, t = t1;
+    for (int i = 0; i < 7; ++i) {
+        if (i > 0) t = mix(t0, t1, h0 / (h0 - h1));
         vec3 q = ro + rd * t;
-        float d = q.y - seaH(q.xz, 2);
-        if (d < 0.002 * t) { hit = true; break; }
-        t += d * 0.8;
-        if (t > far) break;
+        float d = q.y - seaH(q.xz, 1);
+        if (i == 0 && d > 0.0) return col;
+        if (d <= 0.0) { t1 = t; h1 = d; } else { t0 = t; h0 = d; }
     }
-    if (!hit) t = min(t, far);
     vec3 q = ro + rd * t;
     vec2 e = vec2(0.02 + t * 0.002, 0.0);
-    float h = seaH(q.xz, 5);
-    vec3 n = normalize(vec3(h - seaH(q.xz + e.xy, 5), e.x, h - seaH(q.xz + e.yx, 5)));
+    vec3 hs;
+    for (int k = 0; k < 3; ++k) hs[k] = seaH(q.xz + (k == 1 ? e.xy : k == 2 ? e.yx : e.yy), 5);
+    float h = hs.x;
+    vec3 n = normalize(vec3(h - hs.y, e.x, h - hs.z));
     float fres = pow(1.0 - max(dot(n, -rd), 0.0), 3.0) * 0.7 + 0.08;
     vec3 refl = sky(reflect(rd, n));
     vec3 deep = PAL(0.75) * 0.06 + PAL(0.5) * 0.12 * max(n.y, 0.0);

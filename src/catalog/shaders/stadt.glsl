@@ -9,13 +9,13 @@ float bh(vec2 id) {
 float map(vec3 p) {
     // above every roof a plane bound is enough
     if (p.y > 4.4) return p.y - 4.3;
+    // outside the city only the low blocks remain: a cheap bound until near them
+    float b = min(p.y - 0.13, length(p.xz) - 8.7);
+    if (b > 0.04) return b;
     vec2 id = floor(p.xz / 0.5);
     vec2 q = p.xz - (id + 0.5) * 0.5;
     float h = bh(id);
     float d = sdBox(vec3(q.x, p.y - h * 0.5, q.y), vec3(0.17, h * 0.5, 0.17)) - 0.006;
-    // Never step past the cell border, so taller neighbours are not skipped.
-    vec2 e = 0.25 - abs(q);
-    d = min(d, max(min(e.x, e.y), 0.0) + 0.04);
     return min(d, p.y);
 }
 
@@ -32,11 +32,19 @@ vec3 vis(vec2 p, vec2 uv) {
     vec3 fogc = PAL(0.1) * 0.2 + PAL(0.35) * 0.08;
     float t = 0.0;
     bool hit = false;
-    for (int i = 0; i < 100; ++i) {
-        float d = map(ro + rd * t);
-        if (d < 0.001 * t) { hit = true; break; }
+    vec2 ird = 1.0 / max(abs(rd.xz), 1e-4);
+    for (int i = 0; i < 80; ++i) {
+        vec3 pos = ro + rd * t;
+        float d = map(pos);
+        if (d < 0.0015 * t) { hit = true; break; }
+        // Never step past the cell border along the ray, so taller neighbours are not skipped.
+        if (pos.y < 4.4 && (pos.y < 0.17 || dot(pos.xz, pos.xz) < 76.0)) {
+            vec2 cq = pos.xz - (floor(pos.xz / 0.5) + 0.5) * 0.5;
+            vec2 ex = (0.25 - cq * sign(rd.xz)) * ird;
+            d = min(d, min(ex.x, ex.y) + 0.004);
+        }
         t += d;
-        if (t > 30.0) break;
+        if (t > 24.0) break;
     }
     if (!hit) return rd.y > 0.0 ? sky : fogc;
     vec3 pos = ro + rd * t;
