@@ -14,6 +14,7 @@ vec3 vis(vec2 p, vec2 uv) {
     mat2 r3 = rot(TIME * 0.07 + MOUSE.x), r4 = rot(0.5 + MOUSE.y);
     vec2 P[24];
     float K[24];
+    vec2 lo = vec2(1e9), hi = vec2(-1e9);
     for (int i = 0; i < 24; ++i) {
         vec4 v = cellVert(i);
         v.xw = r1 * v.xw;
@@ -25,9 +26,12 @@ vec3 vis(vec2 p, vec2 uv) {
         vec3 p3 = v.xyz * k4;
         P[i] = p3.xy * (1.8 / (3.0 - p3.z)) * (1.9 + BASS * 0.15);
         K[i] = k4;
+        lo = min(lo, P[i]);
+        hi = max(hi, P[i]);
     }
     vec3 col = PAL(0.6) * 0.03;
-    for (int k = 0; k < 96; ++k) {
+    bool nearFigure = all(greaterThan(p, lo - 0.12)) && all(lessThan(p, hi + 0.12));
+    for (int k = 0; k < 96 && nearFigure; ++k) {
         ivec2 e = EDGES[k];
         vec2 a = P[e.x], b = P[e.y];
         if (any(lessThan(p, min(a, b) - 0.12)) || any(greaterThan(p, max(a, b) + 0.12))) continue;
