@@ -3,6 +3,10 @@
 #include <epoxy/gl.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
+
+#include <unistd.h>
 
 #include "Catalog.h"
 #include "ShaderLibrary.h"
@@ -171,6 +175,28 @@ TEST_F(LiveRendering, LowPowerLowersTheFrameRate) {
     h.lowPower = false;
     h.renderer.render(1.2, *target);
     EXPECT_EQ(h.renderer.fps(), 60);
+}
+
+TEST_F(LiveRendering, TheFrameLogIsWrittenOnlyWhenSwitchedOn) {
+    const auto state = std::filesystem::temp_directory_path() / ("quellton-state-" + std::to_string(::getpid()));
+    setenv("XDG_STATE_HOME", state.c_str(), 1);
+    auto drawSixSeconds = [&](bool logging) {
+        Harness h;
+        RendererEnvironment env = h.environment();
+        env.frameLog = logging;
+        VisualRenderer renderer(Role::preview, 0.0, env);
+        renderer.inputs().setGeometry({64, 36}, {0, 0, 64, 36}, 1.0);
+        for (double t = 0.1; t < 6.0; t += 0.1) renderer.render(t, *target);
+    };
+    drawSixSeconds(false);
+    EXPECT_FALSE(std::filesystem::exists(frameLogPath()));
+    drawSixSeconds(true);
+    std::ifstream log(frameLogPath());
+    std::string line;
+    ASSERT_TRUE(std::getline(log, line));
+    EXPECT_NE(line.find(" vorschau bilder=51 mittel=100.00ms"), std::string::npos) << line;
+    EXPECT_NE(line.find("ausgelassen=51"), std::string::npos) << line;  // every 100 ms frame is late at 60 fps
+    std::filesystem::remove_all(state);
 }
 
 TEST_F(LiveRendering, UnknownOrUncompiledVisualizationsLeaveTheFrameBlack) {
