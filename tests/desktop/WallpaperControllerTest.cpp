@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include <cmath>
 
 #include "AppModel.h"
@@ -116,10 +118,11 @@ TEST_F(WallpaperControllerTest, StaysHiddenAfterWakingWhileTheSessionIsLocked) {
     emitSignal(sessionPath, session, QStringLiteral("Lock"), {});
     ASSERT_TRUE(waitUntil([&] { return controller->locked(); }));
     // Xvfb's blanking screen saver stands in for sleeping displays.
-    const auto blank = [](bool on) {
-        x11::Connection c = x11::openConnection();
-        xcb_force_screen_saver(c.get(), on ? XCB_SCREEN_SAVER_ACTIVE : XCB_SCREEN_SAVER_RESET);
-        xcb_flush(c.get());
+    // One connection, so the server sees the requests in order: the last one wins.
+    x11::Connection connection = x11::openConnection();
+    const auto blank = [&connection](bool on) {
+        xcb_force_screen_saver(connection.get(), on ? XCB_SCREEN_SAVER_ACTIVE : XCB_SCREEN_SAVER_RESET);
+        std::free(xcb_get_input_focus_reply(connection.get(), xcb_get_input_focus(connection.get()), nullptr));
     };
     // Held on until seen: the watcher reads the state only every two seconds.
     ASSERT_TRUE(waitUntil([&] {
