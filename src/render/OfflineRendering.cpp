@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "Passes.h"
 #include "ShaderLibrary.h"
 #include "Uniforms.h"
 
@@ -22,35 +23,6 @@ Uniforms stillUniforms(PixelSize size, double t, const AudioFrame& frame, const 
     u.extra = {frame.beat, 10.0f, w / std::max(h, 1.0f), float(t * 0.9)};  // click age 10 s: no ripple
     u.setPalette(palette);
     return u;
-}
-
-void draw(const Pipeline& pipeline, UniformBuffers& buffers, const Uniforms& u, const SpectrumArray& s) {
-    buffers.upload(&u, sizeof u, s.data(), sizeof s);
-    pipeline.bind();
-    drawFullScreenTriangle();
-}
-
-// One feedback pass: the pipeline reads the previous texture and writes the other one.
-void feedbackPass(const Pipeline& pipeline, FeedbackBuffers& fb, UniformBuffers& buffers, Uniforms u,
-                  const SpectrumArray& s) {
-    u.rt[3] = 1.0f;
-    fb.target().bindForDrawing();
-    glActiveTexture(GL_TEXTURE0);
-    glBindTexture(GL_TEXTURE_2D, fb.previous().texture.id());
-    draw(pipeline, buffers, u, s);
-    fb.flip();
-}
-
-// Draws the final picture of a layer into the bound target: plain pipelines directly, feedback through present.
-void finalPass(const Pipeline& own, const Pipeline& present, const FeedbackBuffers* fb, UniformBuffers& buffers,
-               const Uniforms& u, const SpectrumArray& s) {
-    if (fb) {
-        glActiveTexture(GL_TEXTURE0);
-        glBindTexture(GL_TEXTURE_2D, fb->previous().texture.id());  // the texture the last pass wrote
-        draw(present, buffers, u, s);
-    } else {
-        draw(own, buffers, u, s);
-    }
 }
 
 }  // namespace

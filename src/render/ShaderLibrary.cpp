@@ -50,20 +50,13 @@ std::function<std::unique_ptr<GlContextProvider>()>& providerFactory() {
     std::abort();
 }
 
-std::string shaderLog(GLuint shader) {
+// The info log of a shader or a program, through the matching pair of query functions.
+template <class GetLength, class GetLog>
+std::string infoLog(GLuint object, GetLength getLength, GetLog getLog) {
     GLint length = 0;
-    glGetShaderiv(shader, GL_INFO_LOG_LENGTH, &length);
+    getLength(object, GL_INFO_LOG_LENGTH, &length);
     std::string log(std::size_t(std::max(length, 1)), '\0');
-    glGetShaderInfoLog(shader, length, nullptr, log.data());
-    log.resize(log.find('\0') == std::string::npos ? log.size() : log.find('\0'));
-    return log;
-}
-
-std::string programLog(GLuint program) {
-    GLint length = 0;
-    glGetProgramiv(program, GL_INFO_LOG_LENGTH, &length);
-    std::string log(std::size_t(std::max(length, 1)), '\0');
-    glGetProgramInfoLog(program, length, nullptr, log.data());
+    getLog(object, length, nullptr, log.data());
     log.resize(log.find('\0') == std::string::npos ? log.size() : log.find('\0'));
     return log;
 }
@@ -77,7 +70,7 @@ GLuint compileShader(GLenum stage, std::string_view source, std::string& log) {
     GLint ok = GL_FALSE;
     glGetShaderiv(shader, GL_COMPILE_STATUS, &ok);
     if (ok) return shader;
-    log = shaderLog(shader);
+    log = infoLog(shader, glGetShaderiv, glGetShaderInfoLog);
     glDeleteShader(shader);
     return 0;
 }
@@ -161,7 +154,7 @@ std::optional<Pipeline> ShaderLibrary::link(const std::string& fragmentSource, b
     GLint ok = GL_FALSE;
     glGetProgramiv(program, GL_LINK_STATUS, &ok);
     if (!ok) {
-        log = programLog(program);
+        log = infoLog(program, glGetProgramiv, glGetProgramInfoLog);
         glDeleteProgram(program);
         return std::nullopt;
     }

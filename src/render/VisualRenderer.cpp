@@ -8,6 +8,7 @@
 
 #include "AudioSpectrum.h"
 #include "Catalog.h"
+#include "Passes.h"
 #include "PowerProfile.h"
 #include "ShaderLibrary.h"
 
@@ -116,31 +117,16 @@ void VisualRenderer::drawLayers(double now, const RenderTarget& drawable, const 
             it = feedback_.insert_or_assign(layer.id, std::move(*fresh)).first;
         }
         FeedbackBuffers& fb = it->second;
-        Uniforms pass = u;
-        pass.rt[3] = 1.0f;
-        fb.target().bindForDrawing();
-        glActiveTexture(GL_TEXTURE0);
-        glBindTexture(GL_TEXTURE_2D, fb.previous().texture.id());
-        buffers_->upload(&pass, sizeof pass, s.data(), sizeof s);
-        pipeline->bind();
-        drawFullScreenTriangle();
-        fb.flip();
-        items.push_back({library.presentPipeline(), &fb, u});
+        feedbackPass(*pipeline, fb, *buffers_, u, s);
+        items.push_back({*pipeline, &fb, u});
     }
     std::erase_if(feedback_, [&](const auto& entry) { return !drawn.count(entry.first); });
 
     drawable.bindForDrawing();
     glClearColor(0, 0, 0, 1);
     glClear(GL_COLOR_BUFFER_BIT);
-    for (const DrawItem& item : items) {
-        if (item.image) {
-            glActiveTexture(GL_TEXTURE0);
-            glBindTexture(GL_TEXTURE_2D, item.image->previous().texture.id());
-        }
-        buffers_->upload(&item.uniforms, sizeof item.uniforms, s.data(), sizeof s);
-        item.pipeline.bind();
-        drawFullScreenTriangle();
-    }
+    for (const DrawItem& item : items)
+        finalPass(item.pipeline, library.presentPipeline(), item.image, *buffers_, item.uniforms, s);
 }
 
 std::vector<std::string> VisualRenderer::feedbackIDs() const {
