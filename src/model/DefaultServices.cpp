@@ -6,6 +6,7 @@
 #include "AppModel.h"
 #include "AudioSpectrum.h"
 #include "ShaderLibrary.h"
+#include "Thumbnails.h"
 #include "XdgAutostart.h"
 
 namespace quellton {
@@ -43,7 +44,8 @@ ModelServices defaultServices() {
     services.loginItem = std::make_shared<XdgAutostart>(XdgAutostart::forCurrentUser());
     services.shaders = std::make_shared<LibraryCompilation>();
     services.audio = std::make_shared<SpectrumRecord>();
-    // The desktop-picture sync and the thumbnails plug into services.hooks when they exist.
+    services.hooks.renderThumbnails = applicationThumbnailHook();
+    // The desktop-picture sync plugs into services.hooks when it exists.
     return services;
 }
 
