@@ -8,6 +8,7 @@
 
 #include "AppModel.h"
 #include "AudioSpectrum.h"
+#include "GalleryWindowFactory.h"
 #include "Wallpaper.h"
 
 namespace quellton {
@@ -40,7 +41,12 @@ void AppDelegate::didFinishLaunching() {
 
 void AppDelegate::reopen() { showGallery(); }
 
-void AppDelegate::showGallery() { qInfo("Quellton: Die Galerie ist in dieser Version noch nicht enthalten."); }
+void AppDelegate::showGallery() {
+    if (!gallery_) gallery_ = makeGalleryWindow();
+    gallery_->show();
+    gallery_->raise();
+    gallery_->requestActivate();
+}
 
 void AppDelegate::willTerminate() { AudioSpectrum::shared().stop(); }
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QObject>
+#include <QWindow>
 
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -29,6 +31,7 @@ public:
 
 private:
     bool launchedAtLogin_;
+    std::unique_ptr<QWindow> gallery_;  // made on first showing, then kept
 };
 
 }  // namespace quellton

@@ -63,7 +63,7 @@ QVariant SidebarModel::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> SidebarModel::roleNames() const {
-    return {{TextRole, "text"}, {SectionRole, "section"}, {SymbolRole, "symbol"}, {CountRole, "count"}};
+    return {{TextRole, "label"}, {SectionRole, "section"}, {SymbolRole, "symbol"}, {CountRole, "count"}};
 }
 
 }  // namespace quellton
