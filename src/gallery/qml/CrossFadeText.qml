@@ -18,7 +18,7 @@ Item {
         showingFirst = !showingFirst
     }
 
-    Text {
+    TextLabel {
         id: first
         text: fader.text
         color: fader.color
@@ -27,7 +27,7 @@ Item {
         Behavior on opacity { NumberAnimation { duration: Theme.fadeDuration } }
         Accessible.ignored: !fader.showingFirst
     }
-    Text {
+    TextLabel {
         id: second
         color: fader.color
         font: fader.font

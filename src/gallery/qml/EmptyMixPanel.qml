@@ -10,14 +10,14 @@ Column {
         color: Theme.secondaryText
         size: 44
     }
-    Text {
+    TextLabel {
         anchors.horizontalCenter: parent.horizontalCenter
         text: "Dein Mix ist leer"
         color: Theme.text
         font.pixelSize: 20
         font.weight: Font.Bold
     }
-    Text {
+    TextLabel {
         width: Math.min(implicitWidth, 360)
         anchors.horizontalCenter: parent.horizontalCenter
         horizontalAlignment: Text.AlignHCenter

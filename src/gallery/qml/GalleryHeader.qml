@@ -9,13 +9,13 @@ Item {
     Column {
         anchors { left: parent.left; leftMargin: 20; verticalCenter: parent.verticalCenter }
         spacing: 1
-        Text {
+        TextLabel {
             text: Gallery.title
             color: Theme.text
             font.pixelSize: Theme.titleSize
             font.weight: Font.Bold
         }
-        Text {
+        TextLabel {
             text: Gallery.subtitle
             color: Theme.secondaryText
             font.pixelSize: Theme.calloutSize

@@ -55,7 +55,7 @@ Item {
             Layout.alignment: Qt.AlignBottom
             Layout.fillWidth: true
 
-            Text {
+            TextLabel {
                 text: hero.shown.category
                 color: Qt.rgba(1, 1, 1, 0.7)
                 font.pixelSize: Theme.captionSize
@@ -70,7 +70,7 @@ Item {
                 font.letterSpacing: -0.8
                 Layout.fillWidth: true
             }
-            Text {
+            TextLabel {
                 text: hero.shown.hint
                 color: Qt.rgba(1, 1, 1, 0.75)
                 font.pixelSize: Theme.calloutSize + 1

@@ -38,7 +38,7 @@ ItemDelegate {
             Layout.fillWidth: true
             Accessible.ignored: true
         }
-        Text {
+        TextLabel {
             text: row.count
             color: row.selected ? Qt.rgba(1, 1, 1, 0.85) : Theme.secondaryText
             font.pixelSize: Theme.captionSize + 1

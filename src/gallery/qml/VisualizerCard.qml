@@ -80,7 +80,7 @@ Item {
         anchors { top: pictureArea.bottom; topMargin: 9; left: parent.left; right: parent.right }
         spacing: 6
 
-        Text {
+        TextLabel {
             text: card.name
             color: Theme.text
             font.pixelSize: Theme.headlineSize
@@ -98,7 +98,7 @@ Item {
             Accessible.name: "Aktiv"
         }
         Item { Layout.fillWidth: true }
-        Text {
+        TextLabel {
             id: category
             text: card.categoryTitle
             color: Theme.secondaryText
