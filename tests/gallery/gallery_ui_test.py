@@ -230,10 +230,12 @@ class Gallery(unittest.TestCase):
 
     def test_7_thumbnails_fade_in_over_their_placeholders(self):
         # Rendering all stills takes a while on a software rasteriser; the first cards come early.
+        # The light placeholder is nearly white; the stills of the visualizations are dark.
         self.rest_pointer()
         picture = self.card("Nation").rect
-        inner = type(picture)(picture.x + 20, picture.y + 12, picture.width - 40, picture.height - 24)
-        self.wait(lambda: self.desktop.screenshot(region=inner).stddev() > 0.05, "Nation's still", timeout=240)
+        side = type(picture)(picture.x + picture.width // 10, picture.y + picture.height // 5,
+                             picture.width // 4, picture.height * 3 // 5)  # away from the spinner
+        self.wait(lambda: self.desktop.screenshot(region=side).mean() < 0.5, "Nation's still", timeout=240)
         cache = os.path.join(self.desktop.folder, "cache", "io.github.quellton.Quellton", "Vorschau")
         self.assertTrue(any(name.startswith("nation-") and name.endswith(".png") for name in os.listdir(cache)))
 
