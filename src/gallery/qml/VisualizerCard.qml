@@ -60,8 +60,8 @@ Item {
                 anchors.fill: parent
                 radius: 14
                 color: "transparent"
-                border.width: card.current ? 3 : 1
-                border.color: card.current ? Theme.accent : Qt.rgba(1, 1, 1, 0.08)
+                border.width: card.current || picture.visualFocus ? 3 : 1
+                border.color: card.current || picture.visualFocus ? Theme.accent : Qt.rgba(1, 1, 1, 0.08)
                 antialiasing: true
             }
 
