@@ -20,6 +20,11 @@ void Gallery::select(int row) {
     emit selectionChanged();
 }
 
+void Gallery::reset() {
+    if (model_.hoverID()) model_.setHoverID(std::nullopt);
+    select(0);
+}
+
 QString Gallery::title() const { return qtText(cards_.filter().title()); }
 QString Gallery::subtitle() const { return qtText(countSubtitle(cards_.items().size())); }
 QString Gallery::windowTitle() const { return title() + QStringLiteral(" — ") + subtitle(); }

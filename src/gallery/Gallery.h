@@ -34,8 +34,8 @@ public:
     // -1 is no selection, which shows everything.
     int selectedRow() const { return selectedRow_; }
     void select(int row);
-    // The window was closed: the next opening starts with everything again.
-    void reset() { select(0); }
+    // The window was closed: nothing is under the pointer, and the next opening starts with everything.
+    void reset();
 
     QString title() const;
     QString subtitle() const;

@@ -90,8 +90,10 @@ TEST_F(GalleryModels, TitlesAndSubtitlesFollowTheSelection) {
     EXPECT_EQ(gallery.title(), "Alle Darstellungen");
     EXPECT_EQ(gallery.cards()->rowCount(), int(catalog().size()));
     gallery.select(1);
-    gallery.reset();
+    gallery.enterCard("halo");
+    gallery.reset();  // the window closed
     EXPECT_EQ(gallery.selectedRow(), 0);
+    EXPECT_EQ(model->hoverID(), std::nullopt);
 }
 
 TEST_F(GalleryModels, MixCardsKeepCatalogOrderAsTheyComeAndGo) {

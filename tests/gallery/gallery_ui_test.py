@@ -186,6 +186,7 @@ class Gallery(unittest.TestCase):
         self.desktop.move(self.card("Halo"))
         self.desktop.click(self.mix_button("Halo aus dem Mix nehmen"))
         self.wait(lambda: self.frame.name == "Mein Mix — 1 Darstellung", "one left")
+        self.wait(lambda: self.hero()[1] != "Halo", "the card that went away is no longer previewed")
         self.assertEqual(self.badge("Mein Mix"), 1)
 
         self.desktop.move(self.card("Korona"))

@@ -23,6 +23,8 @@ Item {
         id: hover
         onHoveredChanged: hovered ? Gallery.enterCard(card.visualizerId) : Gallery.leaveCard(card.visualizerId)
     }
+    // A card that goes away under the pointer (out of the Mix, another filter) is left as well.
+    Component.onDestruction: if (hovering) Gallery.leaveCard(visualizerId)
 
     Item {
         id: pictureArea
