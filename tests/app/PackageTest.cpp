@@ -24,7 +24,7 @@
 #include <thread>
 
 #include "PrivateSession.h"
-#include "PulseTestServer.h"
+#include "SessionWithSound.h"
 
 namespace quellton {
 namespace {
@@ -311,17 +311,12 @@ class UnpackedProgramSession : public Package {
 protected:
     static void SetUpTestSuite() {
         Package::SetUpTestSuite();
-        pulse = new test::PulseTestServer;  // before the X server: it clears DISPLAY
-        session = new test::PrivateSession;
+        world = new test::SessionWithSound;
     }
-    static void TearDownTestSuite() {
-        delete session;
-        delete pulse;
-    }
+    static void TearDownTestSuite() { delete world; }
     void SetUp() override {
         Package::SetUp();
-        ASSERT_TRUE(pulse->ready());
-        ASSERT_TRUE(session->ready());
+        ASSERT_TRUE(world->ready());
     }
 
     static std::string busCall(const std::string& method) {
@@ -351,8 +346,7 @@ protected:
         return value;
     }
 
-    static inline test::PulseTestServer* pulse = nullptr;
-    static inline test::PrivateSession* session = nullptr;
+    static inline test::SessionWithSound* world = nullptr;
 };
 
 TEST_F(UnpackedProgramSession, StartsFromItsMenuEntryWithTheWindowClassTheEntryAnnounces) {
@@ -371,7 +365,7 @@ TEST_F(UnpackedProgramSession, StartsFromItsMenuEntryWithTheWindowClassTheEntryA
 }
 
 TEST_F(UnpackedProgramSession, StartsDespiteAnUnknownOptionAndNamesItOnce) {
-    const std::string errors = session->dir() + "/errors.txt";
+    const std::string errors = world->session.dir() + "/errors.txt";
     ASSERT_EQ(run(sh(program()) + " --frobnicate -name nix --autostart 2>" + sh(errors) + " >/dev/null &"), 0);
     const pid_t pid = running();
     ASSERT_GT(pid, 0);
