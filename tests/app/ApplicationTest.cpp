@@ -10,10 +10,10 @@
 #include <optional>
 #include <thread>
 
-#include "PulseTestServer.h"
 #include "AppDelegate.h"
 #include "Application.h"
 #include "PrivateSession.h"
+#include "SessionWithSound.h"
 
 extern char** environ;
 
@@ -86,20 +86,10 @@ TEST(Application, ALoginLaunchIsTheAutostartArgumentOrAnEarlyStart) {
 // One private session for the running application: sound server, X server and session bus.
 class RunningApplication : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        pulse = new test::PulseTestServer;  // before the X server: it clears DISPLAY
-        session = new test::PrivateSession;
-    }
-    static void TearDownTestSuite() {
-        delete session;
-        delete pulse;
-    }
-    void SetUp() override {
-        ASSERT_TRUE(pulse->ready());
-        ASSERT_TRUE(session->ready());
-    }
-    static inline test::PulseTestServer* pulse = nullptr;
-    static inline test::PrivateSession* session = nullptr;
+    static void SetUpTestSuite() { world = new test::SessionWithSound; }
+    static void TearDownTestSuite() { delete world; }
+    void SetUp() override { ASSERT_TRUE(world->ready()); }
+    static inline test::SessionWithSound* world = nullptr;
 };
 
 TEST_F(RunningApplication, ASecondStartHandsOverAndLeavesOneInstance) {
