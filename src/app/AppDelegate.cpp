@@ -32,7 +32,10 @@ void runOnMainThread(std::function<void()> work) {
 AppDelegate::AppDelegate(bool launchedAtLogin, QObject* parent)
     : QObject(parent), launchedAtLogin_(launchedAtLogin) {}
 
-AppDelegate::~AppDelegate() = default;
+AppDelegate::~AppDelegate() {
+    // The window hides as it is destroyed; that is no closing by the user.
+    if (gallery) gallery->disconnect(this);
+}
 
 void AppDelegate::didFinishLaunching() {
     AudioSpectrumOptions options;

@@ -26,6 +26,8 @@ using test::QuelltonProcess;
 using test::waitUntil;
 
 const std::string wmClass = "Quellton";
+// Generous: the program compiles every shader in the background while the tests drive it.
+constexpr int patience = 60000;
 
 std::filesystem::path settingsFile() {
     return std::filesystem::path(std::getenv("XDG_CONFIG_HOME")) / "Quellton" / "Quellton.conf";
@@ -118,17 +120,21 @@ protected:
 
     // Waits for the program's item to register with the panel and returns it.
     std::optional<test::TrayItemClient> registeredItem() {
-        if (!waitUntil([this] { return !watcher.registeredItems().isEmpty(); }, 60000)) return std::nullopt;
+        if (!waitUntil([this] { return !watcher.registeredItems().isEmpty(); }, patience)) return std::nullopt;
         return test::TrayItemClient(QDBusConnection::sessionBus(), watcher.registeredItems().first());
     }
 
-    std::optional<MenuEntry> menuOnceItShows(const test::TrayItemClient& item, const std::function<bool(const MenuEntry&)>& condition) {
+    // The menu once it meets the condition; nothing when it never does.
+    std::optional<MenuEntry> menuOnceItShows(const test::TrayItemClient& item,
+                                             const std::function<bool(const MenuEntry&)>& condition) {
         std::optional<MenuEntry> menu;
-        waitUntil([&] {
-            menu = item.menu();
-            return menu && condition(*menu);
-        });
-        return menu;
+        const bool met = waitUntil(
+            [&] {
+                menu = item.menu();
+                return menu && condition(*menu);
+            },
+            patience);
+        return met ? menu : std::nullopt;
     }
 
     bool click(const test::TrayItemClient& item, const QString& label) {
@@ -216,24 +222,24 @@ TEST_F(Tray, TheItemAndTheMenuOpenTheGalleryAndQuitEndsTheProgram) {
     QuelltonProcess app({"--autostart"});
     const auto item = registeredItem();
     ASSERT_TRUE(item) << app.errors();
-    EXPECT_TRUE(waitUntil(capturing));
+    EXPECT_TRUE(waitUntil(capturing, patience));
     EXPECT_EQ(taskbarEntries(app.pid()), 0u) << "only the tray item after a login launch";
 
     // A left click on the item: the gallery, with a taskbar entry and the application's icon.
     ASSERT_TRUE(item->activate());
-    ASSERT_TRUE(waitUntil([&] { return taskbarEntries(app.pid()) == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return taskbarEntries(app.pid()) == 1; }, patience));
     const test::ManagedWindow gallery = windows.inTaskbar(app.pid(), wmClass).front();
     EXPECT_TRUE(gallery.hasIcon);
-    EXPECT_TRUE(waitUntil([&] { return windows.active() == gallery.id; }));
+    EXPECT_TRUE(waitUntil([&] { return windows.active() == gallery.id; }, patience));
 
     // Closing it leaves only the tray item; the program runs on.
     ASSERT_TRUE(test::shell("wmctrl -i -c " + std::to_string(gallery.id)));
-    EXPECT_TRUE(waitUntil([&] { return taskbarEntries(app.pid()) == 0; }));
+    EXPECT_TRUE(waitUntil([&] { return taskbarEntries(app.pid()) == 0; }, patience));
     test::settle(500);
     EXPECT_FALSE(app.waitExit(std::chrono::seconds(0)));
 
     ASSERT_TRUE(click(*item, QStringLiteral("Galerie öffnen …")));
-    EXPECT_TRUE(waitUntil([&] { return taskbarEntries(app.pid()) == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return taskbarEntries(app.pid()) == 1; }, patience));
     ASSERT_TRUE(item->activate());
     test::settle(500);
     EXPECT_EQ(taskbarEntries(app.pid()), 1u) << "the gallery is made once";
@@ -250,24 +256,24 @@ TEST_F(Tray, WithoutATrayTheProgramRunsOnAndStartingItAgainShowsTheGallery) {
     writeSettings();
     QuelltonProcess app;
     // A normal launch opens the gallery, the only taskbar entry, with the application's icon.
-    ASSERT_TRUE(waitUntil([&] { return taskbarEntries(app.pid()) == 1; }, 60000)) << app.errors();
+    ASSERT_TRUE(waitUntil([&] { return taskbarEntries(app.pid()) == 1; }, patience)) << app.errors();
     EXPECT_TRUE(windows.inTaskbar(app.pid(), wmClass).front().hasIcon);
-    EXPECT_TRUE(waitUntil([&] { return app.errors().find(noTray) != std::string::npos; }));
+    EXPECT_TRUE(waitUntil([&] { return app.errors().find(noTray) != std::string::npos; }, patience));
 
     ASSERT_TRUE(test::shell("wmctrl -i -c " + std::to_string(windows.inTaskbar(app.pid(), wmClass).front().id)));
-    EXPECT_TRUE(waitUntil([&] { return taskbarEntries(app.pid()) == 0; }));
+    EXPECT_TRUE(waitUntil([&] { return taskbarEntries(app.pid()) == 0; }, patience));
     QuelltonProcess second;
     EXPECT_EQ(second.waitExit(), 0);
-    ASSERT_TRUE(waitUntil([&] { return taskbarEntries(app.pid()) == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return taskbarEntries(app.pid()) == 1; }, patience));
     const xcb_window_t gallery = windows.inTaskbar(app.pid(), wmClass).front().id;
 
     // Another program in front; one more start brings the same gallery forward.
     const pid_t other = test::spawn({"xmessage", "-geometry", "400x300+100+100", "Ein anderes Programm"});
-    ASSERT_TRUE(waitUntil([&] { return windows.active() != gallery && windows.active() != XCB_WINDOW_NONE; }));
+    ASSERT_TRUE(waitUntil([&] { return windows.active() != gallery && windows.active() != XCB_WINDOW_NONE; }, patience));
     const xcb_window_t otherWindow = windows.active();
     QuelltonProcess third;
     EXPECT_EQ(third.waitExit(), 0);
-    EXPECT_TRUE(waitUntil([&] { return windows.active() == gallery; }));
+    EXPECT_TRUE(waitUntil([&] { return windows.active() == gallery; }, patience));
     EXPECT_TRUE(windows.above(gallery, otherWindow));
     EXPECT_EQ(taskbarEntries(app.pid()), 1u);
     test::terminate(other);
@@ -277,7 +283,7 @@ TEST_F(Tray, WithoutATrayTheProgramRunsOnAndStartingItAgainShowsTheGallery) {
     EXPECT_TRUE(registeredItem());
 
     // Ctrl+Q in the gallery ends the program.
-    ASSERT_TRUE(waitUntil([&] { return windows.active() == gallery; }));
+    ASSERT_TRUE(waitUntil([&] { return windows.active() == gallery; }, patience));
     ASSERT_TRUE(test::shell("xdotool key ctrl+q"));
     EXPECT_EQ(app.waitExit(), 0);
     EXPECT_FALSE(capturing());
@@ -288,27 +294,27 @@ TEST_F(Tray, WithoutATrayTheProgramRunsOnAndStartingItAgainShowsTheGallery) {
 TEST_F(Tray, InAnXEmbedTrayTheIconShowsTheMenuAndOpensTheGallery) {
     const pid_t tray = test::spawn({"trayer", "--edge", "bottom", "--align", "right", "--widthtype", "request",
                                     "--height", "32", "--tint", "0x303030", "--transparent", "true", "--alpha", "0"});
-    ASSERT_TRUE(waitUntil([this] { return windows.systemTrayPresent(); }));
+    ASSERT_TRUE(waitUntil([this] { return windows.systemTrayPresent(); }, patience));
     writeSettings();
     QuelltonProcess app({"--autostart"});
     std::optional<std::pair<int, int>> icon;
-    ASSERT_TRUE(waitUntil([&] { return bool(icon = windows.embeddedIconCentre(wmClass)); }, 60000)) << app.errors();
+    ASSERT_TRUE(waitUntil([&] { return bool(icon = windows.embeddedIconCentre(wmClass)); }, patience)) << app.errors();
     EXPECT_EQ(taskbarEntries(app.pid()), 0u) << "the tray icon is no taskbar entry";
     const std::string at = std::to_string(icon->first) + " " + std::to_string(icon->second);
 
     // The right button shows the menu; the left one opens the gallery.
     ASSERT_TRUE(test::shell("xdotool mousemove " + at + " click 3"));
-    EXPECT_TRUE(waitUntil([&] { return windows.popups(wmClass).size() == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return windows.popups(wmClass).size() == 1; }, patience));
     if (const char* shots = std::getenv("QUELLTON_TEST_SHOTS"))
         test::shell("import -window root " + std::string(shots) + "/xembed-menu.png");
     ASSERT_TRUE(test::shell("xdotool key Escape"));
-    EXPECT_TRUE(waitUntil([&] { return windows.popups(wmClass).empty(); }));
+    EXPECT_TRUE(waitUntil([&] { return windows.popups(wmClass).empty(); }, patience));
     ASSERT_TRUE(test::shell("xdotool mousemove " + at + " click 1"));
-    EXPECT_TRUE(waitUntil([&] { return taskbarEntries(app.pid()) == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return taskbarEntries(app.pid()) == 1; }, patience));
 
     // "Quellton beenden" is the menu's last entry: Up from the top wraps to it.
     ASSERT_TRUE(test::shell("xdotool mousemove " + at + " click 3"));
-    ASSERT_TRUE(waitUntil([&] { return windows.popups(wmClass).size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return windows.popups(wmClass).size() == 1; }, patience));
     ASSERT_TRUE(test::shell("xdotool key Up Return"));
     EXPECT_EQ(app.waitExit(), 0);
     test::terminate(tray);
