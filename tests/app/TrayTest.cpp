@@ -74,41 +74,32 @@ bool instanceRunning() {
     return QDBusConnection::sessionBus().interface()->isServiceRegistered(QStringLiteral(QUELLTON_APP_ID));
 }
 
+// Reads pictures, a(iiay) of ARGB32; the widths of those whose pixel data is complete.
+std::vector<int> readPictures(const QDBusArgument& argument) {
+    std::vector<int> widths;
+    argument.beginArray();
+    while (!argument.atEnd()) {
+        int width = 0, height = 0;
+        QByteArray pixels;
+        argument.beginStructure();
+        argument >> width >> height >> pixels;
+        argument.endStructure();
+        if (width > 0 && pixels.size() == width * height * 4) widths.push_back(width);
+    }
+    argument.endArray();
+    return widths;
+}
+
 // The title of a StatusNotifierItem tooltip, (sa(iiay)ss).
 QString tooltipTitle(const QVariant& tooltip) {
     const QDBusArgument argument = tooltip.value<QDBusArgument>();
     QString iconName, title, text;
     argument.beginStructure();
     argument >> iconName;
-    argument.beginArray();
-    while (!argument.atEnd()) {
-        int width = 0, height = 0;
-        QByteArray pixels;
-        argument.beginStructure();
-        argument >> width >> height >> pixels;
-        argument.endStructure();
-    }
-    argument.endArray();
+    readPictures(argument);
     argument >> title >> text;
     argument.endStructure();
     return title;
-}
-
-// The sizes of the item's pictures whose pixel data is complete (ARGB32, a(iiay)).
-std::vector<int> iconSizes(const QVariant& pixmaps) {
-    std::vector<int> sizes;
-    const QDBusArgument argument = pixmaps.value<QDBusArgument>();
-    argument.beginArray();
-    while (!argument.atEnd()) {
-        int width = 0, height = 0;
-        QByteArray pixels;
-        argument.beginStructure();
-        argument >> width >> height >> pixels;
-        argument.endStructure();
-        if (width > 0 && pixels.size() == width * height * 4) sizes.push_back(width);
-    }
-    argument.endArray();
-    return sizes;
 }
 
 class Tray : public ::testing::Test {
@@ -158,8 +149,8 @@ TEST_F(Tray, TheMenuListsEverythingInOrderAndFollowsTheModel) {
 
     EXPECT_EQ(item->property(QStringLiteral("Title")).toString(), QStringLiteral("Quellton"));
     EXPECT_EQ(tooltipTitle(item->property(QStringLiteral("ToolTip"))), QStringLiteral("Quellton"));
-    const std::vector<int> sizes = iconSizes(item->property(QStringLiteral("IconPixmap")));
-    EXPECT_FALSE(sizes.empty()) << "the item shows no picture";
+    const QVariant pictures = item->property(QStringLiteral("IconPixmap"));
+    EXPECT_FALSE(readPictures(pictures.value<QDBusArgument>()).empty()) << "the item shows no picture";
 
     const QString first = nameOf("nation");
     const auto menu = menuOnceItShows(*item, [&](const MenuEntry& m) { return !m.children.empty(); });
