@@ -265,7 +265,7 @@ TEST_F(Tray, WithoutATrayTheProgramRunsOnAndStartingItAgainShowsTheGallery) {
     QuelltonProcess third;
     EXPECT_EQ(third.waitExit(), 0);
     EXPECT_TRUE(waitUntil([&] { return windows.active() == gallery; }, patience));
-    EXPECT_TRUE(windows.above(gallery, otherWindow));
+    EXPECT_TRUE(waitUntil([&] { return windows.above(gallery, otherWindow); }, patience));
     EXPECT_EQ(taskbarEntries(app.pid()), 1u);
     test::terminate(other);
 
