@@ -12,8 +12,8 @@ std::optional<QUrl> LxqtPicture::current(const ScreenInfo&) {
     return QUrl::fromLocalFile(file);
 }
 
-// pcmanfm-qt 1.2 accepts "zoom" on its command line but does not apply it; the still has the
-// screen's own size, so stretching it changes nothing but on screens larger than a still.
+// pcmanfm-qt 1.2 lists "zoom" on its command line but then draws no picture at all. The still
+// has the screen's own size, so stretching changes nothing but on screens larger than a still.
 void LxqtPicture::show(std::span<const ScreenPicture> stills) {
     if (stills.empty()) return;
     settings_.command({QStringLiteral("--set-wallpaper"), stills.front().file, QStringLiteral("--wallpaper-mode"),
