@@ -127,6 +127,24 @@ TEST(GSettingsPicture, TheStillReplacesThePictureAndTheUsersComesBack) {
     EXPECT_FALSE(GSettingsPicture(GSettingsPicture::gnome).current(a).has_value());
 }
 
+// caja draws MATE's desktop from org.mate.background; it reads the same key file.
+TEST(GSettingsPicture, CajaShowsTheStillOnMatesDesktop) {
+    Pictures pictures;
+    const QColor violet(150, 60, 200), orange(240, 140, 20);
+    GSettingsPicture picture(GSettingsPicture::mate);
+    const QUrl user = QUrl::fromLocalFile(pictures.make(QStringLiteral("user.jpg"), orange));
+    picture.restore(user, std::vector{qtScreen()});
+    const pid_t caja = test::spawn({"caja", "--no-default-window", "--force-desktop"});
+    EXPECT_TRUE(waitUntil([&] { return near(centre(), orange); }, 30000)) << centre().name().toStdString();
+
+    picture.show(std::vector<ScreenPicture>{{qtScreen(), pictures.make(QStringLiteral("still.jpg"), violet)}});
+    EXPECT_TRUE(waitUntil([&] { return near(centre(), violet); }, 20000)) << centre().name().toStdString();
+    keepShot("caja.png");
+    picture.restore(user, std::vector{qtScreen()});
+    EXPECT_TRUE(waitUntil([&] { return near(centre(), orange); }, 20000)) << centre().name().toStdString();
+    test::terminate(caja);
+}
+
 class XfcePictureTest : public ::testing::Test {
 protected:
     void SetUp() override {
