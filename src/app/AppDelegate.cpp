@@ -41,6 +41,8 @@ void AppDelegate::didFinishLaunching() {
     AudioSpectrumOptions options;
     options.mainThread = runOnMainThread;
     AudioSpectrum::setSharedOptions(std::move(options));  // before anything reads the analyser
+    sharedModelHooks().scheduleWallpaper = [] { SystemWallpaper::shared().schedule(); };
+    sharedModelHooks().restoreWallpaper = [] { SystemWallpaper::shared().restoreOriginal(); };
     AppModel::shared().start();
     QGuiApplication::setWindowIcon(applicationIcon());
     tray = std::make_unique<TrayItem>(AppModel::shared(), [this] { showGallery(); });
@@ -68,7 +70,10 @@ void AppDelegate::showGallery() {
 
 void AppDelegate::windowWillClose() { AppModel::shared().setHoverID(std::nullopt); }
 
-void AppDelegate::willTerminate() { AudioSpectrum::shared().stop(); }
+void AppDelegate::willTerminate() {
+    AudioSpectrum::shared().stop();
+    SystemWallpaper::stopShared();
+}
 
 bool AppDelegate::launchedAtLogin(std::span<const std::string> args, std::optional<double> uptimeSeconds) {
     if (std::ranges::find(args, std::string("--autostart")) != args.end()) return true;
