@@ -98,7 +98,8 @@ std::string NestedSway::asUser(const std::string& environment) const {
     if (const passwd* user = compositorUser())
         prefix = "setpriv --reuid=" + std::to_string(user->pw_uid) + " --regid=" + std::to_string(user->pw_gid) +
                  " --clear-groups ";
-    return prefix + "env -u DISPLAY -u WAYLAND_DISPLAY HOME=" + dir_ + "/home " + environment;
+    return prefix + "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM -u DBUS_SESSION_BUS_ADDRESS HOME=" + dir_ +
+           "/home " + environment;
 }
 
 pid_t NestedSway::startSway(const std::string& runtime, const std::string& config, const std::string& environment,
