@@ -2,8 +2,14 @@
 
 #include <QDebug>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 
 #include "Canvas.h"
 #include "DisplayDispatcher.h"
@@ -20,6 +26,21 @@ namespace {
 template <typename T>
 T* bind(wl_registry* registry, uint32_t name, const wl_interface* interface, uint32_t offered, uint32_t wanted) {
     return static_cast<T*>(wl_registry_bind(registry, name, interface, std::min(offered, wanted)));
+}
+
+// Whether a process of this user has this name.
+bool ownProcessRuns(const std::string& name) {
+    std::error_code error;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
+        const std::string pid = entry.path().filename().string();
+        if (pid.find_first_not_of("0123456789") != std::string::npos) continue;
+        struct stat info {};
+        if (stat(entry.path().c_str(), &info) != 0 || info.st_uid != getuid()) continue;
+        std::string comm;
+        std::getline(std::ifstream(entry.path() / "comm"), comm);
+        if (comm == name) return true;
+    }
+    return false;
 }
 
 }  // namespace
@@ -212,6 +233,11 @@ void WaylandDesktop::outputDone(Output& output) {
 }
 
 void WaylandDesktop::start() {
+    // sway stacks a newer background surface below the older ones, so its own wallpaper client
+    // stays on top of ours.
+    if (std::getenv("SWAYSOCK") && ownProcessRuns("swaybg"))
+        qWarning("Quellton: swaybg läuft und bedeckt unter sway das Bild; „swaybg_command -“ in der "
+                 "sway-Konfiguration schaltet es ab.");
     dispatcher_ = std::make_unique<DisplayDispatcher>(display_);
     connect(dispatcher_.get(), &DisplayDispatcher::connectionLost, this, &WaylandDesktop::lose);
     if (!power_) {
