@@ -1,14 +1,14 @@
 #include <linux/input-event-codes.h>
-#include <signal.h>
 
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include "AppModel.h"
 #include "Catalog.h"
+#include "DesktopTestSupport.h"
+#include "TestModel.h"
 #include "LayerSurface.h"
 #include "NestedSway.h"
 #include "PulseTestServer.h"
@@ -25,17 +25,12 @@
 namespace quellton {
 namespace {
 
+using test::emitSignal;
 using test::keepShot;
 using test::nonFlatShare;
 using test::settle;
 using test::sway;
 using test::waitUntil;
-
-struct NoLoginItem : LoginItem {
-    bool isRegistered() override { return false; }
-    bool registerItem() override { return false; }
-    bool unregisterItem() override { return false; }
-};
 
 // The controller on the Wayland desktop of the nested sway, with the shown visualization compiled.
 class WaylandWallpaperTest : public ::testing::Test {
@@ -47,12 +42,7 @@ protected:
     }
 
     void SetUp() override {
-        ModelServices services;
-        services.settings = std::make_unique<SettingsStore>(dir.filePath(QStringLiteral("Quellton.conf")));
-        services.clock = std::make_shared<SystemClock>();
-        services.loginItem = std::make_shared<NoLoginItem>();
-        services.log = [](const std::string&) {};
-        model = std::make_unique<AppModel>(std::move(services));
+        model = test::makeTestModel(dir.filePath(QStringLiteral("Quellton.conf")));
         model->setFps(30);  // two cores draw, and two compositors copy the frames
 
         auto backend = makeDesktopBackend();
@@ -70,6 +60,11 @@ protected:
 
     WallpaperSurface& first() const { return *controller->surfaces().front(); }
     bool hidden(const WallpaperSurface& s) const { return const_cast<WallpaperSurface&>(s).inputs().copy().hidden; }
+    // The first screenshot that shows what is wanted, or a null image.
+    static QImage grabWhen(const std::function<bool(const QImage&)>& wanted) {
+        QImage shot;
+        return waitUntil([&] { return wanted(shot = sway().grab()); }) ? shot : QImage();
+    }
     // Drawing goes on: the frame count grows within the time.
     static bool drawing(const WallpaperSurface& surface) {
         const long before = surface.framesDrawn();
@@ -89,28 +84,21 @@ TEST_F(WaylandWallpaperTest, AMovingPictureFillsTheOutputUnderTheWindows) {
     EXPECT_FALSE(hidden(first()));
     ASSERT_TRUE(drawing(first()));
 
-    QImage picture;
-    ASSERT_TRUE(waitUntil([&] {
-        picture = sway().grab();
-        return nonFlatShare(picture) > 0.5;
-    }));
+    const QImage picture = grabWhen([](const QImage& shot) { return nonFlatShare(shot) > 0.5; });
+    ASSERT_FALSE(picture.isNull()) << "no picture";
     keepShot(picture, "wayland-picture");
-    QImage later;
-    ASSERT_TRUE(waitUntil([&] {
-        later = sway().grab();
-        return !later.isNull() && later != picture;
-    })) << "the picture does not move";
+    EXPECT_FALSE(grabWhen([&](const QImage& shot) { return !shot.isNull() && shot != picture; }).isNull())
+        << "the picture does not move";
 
     // A window covers its part of the desktop; the picture goes on around it.
     clients.push_back(sway().spawnClient({"foot", "--app-id=cover", "-o", "colors.background=ff0000", "sleep", "600"}));
     ASSERT_TRUE(waitUntil([] { return sway().query("get_tree").find("\"cover\"") != std::string::npos; }));
     ASSERT_TRUE(sway().command("[app_id=cover] floating enable, resize set 600 400, move position 340 160"));
     const auto red = [](QRgb p) { return qRed(p) == 255 && qGreen(p) == 0 && qBlue(p) == 0; };
-    QImage covered;
-    ASSERT_TRUE(waitUntil([&] {
-        covered = sway().grab();
-        return !covered.isNull() && red(covered.pixel(640, 360)) && !red(covered.pixel(100, 100));
-    })) << "the window did not show";
+    const QImage covered = grabWhen([&](const QImage& shot) {
+        return !shot.isNull() && red(shot.pixel(640, 360)) && !red(shot.pixel(100, 100));
+    });
+    ASSERT_FALSE(covered.isNull()) << "the window did not show";
     keepShot(covered, "wayland-window");
     EXPECT_GT(nonFlatShare(covered, QRect(0, 0, 300, 720)), 0.5) << "no picture beside the window";
     EXPECT_FALSE(hidden(first())) << "a window that leaves the desktop visible hides nothing";
@@ -147,12 +135,11 @@ TEST_F(WaylandWallpaperTest, EachOutputGetsItsSurfaceAndLosesItWithTheOutput) {
     EXPECT_EQ(surfaces[0]->geometry(), QRect(0, 0, 1280, 720));
     EXPECT_EQ(surfaces[1]->geometry(), QRect(1280, 0, 1280, 720));
     EXPECT_TRUE(drawing(*surfaces[1]));
-    QImage both;
-    ASSERT_TRUE(waitUntil([&] {
-        both = sway().grab();
-        return both.width() == 2560 && nonFlatShare(both, QRect(0, 0, 1280, 720)) > 0.5 &&
-               nonFlatShare(both, QRect(1280, 0, 1280, 720)) > 0.5;
-    }));
+    const QImage both = grabWhen([](const QImage& shot) {
+        return shot.width() == 2560 && nonFlatShare(shot, QRect(0, 0, 1280, 720)) > 0.5 &&
+               nonFlatShare(shot, QRect(1280, 0, 1280, 720)) > 0.5;
+    });
+    ASSERT_FALSE(both.isNull()) << "not both outputs show the picture";
     keepShot(both, "wayland-two-outputs");
 
     // Only the first output with "Auf allen Bildschirmen" off.
@@ -187,11 +174,8 @@ TEST_F(WaylandWallpaperTest, FollowsIntegerAndFractionalOutputScales) {
     EXPECT_EQ(layer->bufferLayout().bufferScale, 1);
     EXPECT_TRUE(layer->bufferLayout().viewport);
     EXPECT_TRUE(drawing(first()));
-    QImage scaled;
-    ASSERT_TRUE(waitUntil([&] {
-        scaled = sway().grab();
-        return nonFlatShare(scaled) > 0.5;
-    }));
+    const QImage scaled = grabWhen([](const QImage& shot) { return nonFlatShare(shot) > 0.5; });
+    ASSERT_FALSE(scaled.isNull());
     keepShot(scaled, "wayland-scale-1.5");
     ASSERT_TRUE(sway().command("output WL-1 scale 1"));
     ASSERT_TRUE(waitUntil([&] { return first().geometry() == QRect(0, 0, 1280, 720); }));
@@ -216,19 +200,8 @@ TEST_F(WaylandWallpaperTest, ALeftPressOnTheDesktopRipplesThePictureThere) {
     EXPECT_EQ(first().inputs().copy().clickedAt, clicked.clickedAt);
 }
 
-// Sends a signal from a connection of its own, as logind would on its bus.
-void emitSignal(const QString& path, const QString& interface, const QString& name, const QVariantList& arguments) {
-    QDBusConnection sender = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("sender"));
-    QDBusMessage message = QDBusMessage::createSignal(path, interface, name);
-    message.setArguments(arguments);
-    ASSERT_TRUE(sender.send(message));
-}
-
 TEST(SessionIdle, FollowsTheIdleHintOfItsOwnSession) {
-    SessionLockSources sources;
-    sources.logindBus = QDBusConnection::sessionBus();
-    sources.logindService.clear();
-    sources.sessionPath = QStringLiteral("/test/idle");
+    const SessionLockSources sources = test::privateSessionSources(QStringLiteral("/test/idle"));
     SessionIdle idle(sources);
     idle.start();
     const QString properties = QStringLiteral("org.freedesktop.DBus.Properties");
