@@ -100,7 +100,8 @@ void WallpaperController::rebuild() {
     for (Record& record : windows_) record.surface.reset();
     windows_.clear();
 
-    for (const DesktopScreen& screen : kept) windows_.push_back({backend_->makeSurface(screen)});
+    for (const DesktopScreen& screen : kept)
+        if (auto surface = backend_->makeSurface(screen)) windows_.push_back({std::move(surface)});
     refreshHidden();
 }
 

@@ -73,7 +73,7 @@ void LayerSurface::configured(void* data, zwlr_layer_surface_v1* layer, uint32_t
 
 void LayerSurface::closed(void* data, zwlr_layer_surface_v1*) {
     auto* self = static_cast<LayerSurface*>(data);
-    self->renderer_->inputs().setHidden(true);
+    self->closed_ = true;
     if (self->onClosed) self->onClosed();
 }
 

@@ -42,6 +42,8 @@ public:
     BufferLayout bufferLayout() const { return layout_; }
     // The output's scale or resolution changed.
     void setOutput(const OutputGeometry& geometry);
+    // The compositor no longer shows it.
+    bool isClosed() const { return closed_; }
     // Called once when the compositor closes the surface (its output is going away).
     std::function<void()> onClosed;
     // Called from the destructor.
@@ -55,6 +57,7 @@ private:
     OutputGeometry output_;
     QSize size_;  // logical, as configured
     BufferLayout layout_;
+    bool closed_ = false;
     std::shared_ptr<VisualRenderer> renderer_;
     std::shared_ptr<CanvasLink> link_;
     Proxy<wl_surface> surface_;

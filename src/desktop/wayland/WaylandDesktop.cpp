@@ -270,7 +270,11 @@ std::unique_ptr<WallpaperSurface> WaylandDesktop::makeSurface(const DesktopScree
     LayerSurface* raw = surface.get();
     placed_.push_back({raw, (*output)->globalName});
     surface->onDestroyed = [this, raw] { std::erase_if(placed_, [raw](const Placed& p) { return p.surface == raw; }); };
-    surface->onClosed = [this] { emit screensChanged(); };
+    // Its output is going away, which rebuilds; should the output stay, the surface stays dark.
+    surface->onClosed = [this] {
+        emit coverageChanged();
+        emit screensChanged();
+    };
     wl_display_flush(display_);
     return surface;
 }
@@ -280,6 +284,10 @@ bool WaylandDesktop::covered(const QRect& screen, double) const {
     const Output* output = outputAt(screen);
     if (!output) return false;
     if (output->on == false) return true;
+    const bool closed = std::ranges::any_of(placed_, [output](const Placed& p) {
+        return p.output == output->globalName && p.surface->isClosed();
+    });
+    if (closed) return true;
     return toplevels_ && toplevels_->hides(output->output.get());
 }
 
