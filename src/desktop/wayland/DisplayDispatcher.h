@@ -1,16 +1,21 @@
 #pragma once
 
 #include <QObject>
-#include <QSocketNotifier>
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
 
 struct wl_display;
 
 namespace quellton::wayland {
 
-// Dispatches a Wayland connection's default queue on the thread of this object's event loop.
-// Other threads (Mesa's swaps on the render thread) may read the same socket: while the loop
-// sleeps it holds its claim to read, so events for this queue that another thread reads are
-// never left undispatched.
+// Dispatches a Wayland connection's default queue on the thread that made this object. A reader
+// thread of its own waits on the socket and reads, as every thread of the connection must take
+// part in reading: Mesa reads the same socket on the render thread, and events for our queue that
+// it reads are dispatched here as well. The main thread never waits for the socket, so it may
+// wait for the render thread at any time.
 class DisplayDispatcher : public QObject {
     Q_OBJECT
 public:
@@ -22,15 +27,19 @@ signals:
     void connectionLost();
 
 private:
-    void beforeSleep();
-    void afterSleep();
-    void readable();
+    void read();
+    void requestDispatch();
     void dispatch();
 
     wl_display* display_;
-    QSocketNotifier notifier_;
-    bool prepared_ = false;
+    int stopFd_ = -1;
+    std::mutex lock_;
+    std::condition_variable dispatched_;
+    long dispatches_ = 0;
+    std::atomic<bool> queued_{false};
+    std::atomic<bool> stopping_{false};
     bool lost_ = false;
+    std::thread reader_;
 };
 
 }  // namespace quellton::wayland
