@@ -198,25 +198,30 @@ void WaylandDesktop::watchOutput(Output& output) {
         };
         zxdg_output_v1_add_listener(output.xdg.get(), &listener, &output);
     }
-    if (power_ && !output.power) {
-        output.power.reset(zwlr_output_power_manager_v1_get_output_power(power_.get(), output.output.get()));
-        static const zwlr_output_power_v1_listener listener{
-            [](void* data, zwlr_output_power_v1*, uint32_t mode) {
-                auto* o = static_cast<Output*>(data);
-                o->on = mode == ZWLR_OUTPUT_POWER_V1_MODE_ON;
-                o->owner->updateAsleep();
-                emit o->owner->coverageChanged();
-            },
-            [](void* data, zwlr_output_power_v1*) {
-                // Another client controls this output's power, or it cannot be controlled: unknown from now on.
-                auto* o = static_cast<Output*>(data);
-                o->power.reset();
-                o->on.reset();
-                o->owner->updateAsleep();
-            },
-        };
-        zwlr_output_power_v1_add_listener(output.power.get(), &listener, &output);
-    }
+    probePower(output);
+}
+
+void WaylandDesktop::probePower(Output& output) {
+    // wlroots gives an output's power control to one client at a time: holding it would make the
+    // user's own tools (wlopm and the like) fail, so it is taken only for the one answer.
+    if (!power_ || output.power) return;
+    output.power.reset(zwlr_output_power_manager_v1_get_output_power(power_.get(), output.output.get()));
+    static const zwlr_output_power_v1_listener listener{
+        [](void* data, zwlr_output_power_v1*, uint32_t mode) {
+            auto* o = static_cast<Output*>(data);
+            o->power.reset();
+            const bool on = mode == ZWLR_OUTPUT_POWER_V1_MODE_ON;
+            if (o->on == on) return;
+            o->on = on;
+            o->owner->updateAsleep();
+            emit o->owner->coverageChanged();
+        },
+        [](void* data, zwlr_output_power_v1*) {
+            // Another client holds the control just now, or the output has none: ask again later.
+            static_cast<Output*>(data)->power.reset();
+        },
+    };
+    zwlr_output_power_v1_add_listener(output.power.get(), &listener, &output);
 }
 
 void WaylandDesktop::outputDone(Output& output) {
@@ -233,6 +238,13 @@ void WaylandDesktop::outputDone(Output& output) {
 }
 
 void WaylandDesktop::start() {
+    if (power_) {
+        // The compositor sends no word when an output goes dark unless asked; as often as X11's DPMS is read.
+        connect(&powerPoll_, &QTimer::timeout, this, [this] {
+            for (auto& output : outputs_) probePower(*output);
+        });
+        powerPoll_.start(std::chrono::seconds(2));
+    }
     // sway stacks a newer background surface below the older ones, so its own wallpaper client
     // stays on top of ours.
     if (std::getenv("SWAYSOCK") && ownProcessRuns("swaybg"))

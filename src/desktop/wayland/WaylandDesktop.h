@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QPointF>
+#include <QTimer>
 
 #include <array>
 #include <memory>
@@ -68,6 +69,7 @@ private:
     static void globalRemove(void* data, wl_registry* registry, uint32_t name);
     void addOutput(wl_output* output, uint32_t name);
     void watchOutput(Output& output);
+    void probePower(Output& output);
     void outputDone(Output& output);
     const Output* outputAt(const QRect& logical) const;
     LayerSurface* surfaceOf(wl_surface* surface) const;
@@ -92,6 +94,7 @@ private:
     std::unique_ptr<DisplayDispatcher> dispatcher_;
     std::vector<Placed> placed_;
     std::shared_ptr<PointerOverDesktop> pointer_ = std::make_shared<PointerOverDesktop>();
+    QTimer powerPoll_;
     bool asleep_ = false;
     bool lost_ = false;
 };

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <optional>
+
 #include "AppModel.h"
 #include "Catalog.h"
 #include "DesktopTestSupport.h"
@@ -21,6 +24,7 @@
 #include "WaylandDesktop.h"
 #include "WaylandTestSupport.h"
 #include "WindowSystemGl.h"
+#include "wlr-output-power-management-unstable-v1-client-protocol.h"
 
 namespace quellton {
 namespace {
@@ -198,6 +202,53 @@ TEST_F(WaylandWallpaperTest, ALeftPressOnTheDesktopRipplesThePictureThere) {
     for (std::uint32_t other : {BTN_RIGHT, BTN_MIDDLE}) pointer.click(900, 500, 1280, 720, other);
     settle(400);
     EXPECT_EQ(first().inputs().copy().clickedAt, clicked.clickedAt);
+}
+
+// Whether a client of its own gets the first output's power control, as wlopm would ask for it.
+bool powerControlFree() {
+    struct Client {
+        wl_display* display = wl_display_connect(sway().socket().c_str());
+        zwlr_output_power_manager_v1* manager = nullptr;
+        wl_output* output = nullptr;
+        std::optional<bool> granted;
+        ~Client() {
+            if (display) wl_display_disconnect(display);
+        }
+    } client;
+    if (!client.display) return false;
+    static const wl_registry_listener registryListener{
+        [](void* data, wl_registry* registry, uint32_t name, const char* interface, uint32_t) {
+            auto* c = static_cast<Client*>(data);
+            if (std::strcmp(interface, zwlr_output_power_manager_v1_interface.name) == 0)
+                c->manager = static_cast<zwlr_output_power_manager_v1*>(
+                    wl_registry_bind(registry, name, &zwlr_output_power_manager_v1_interface, 1));
+            if (std::strcmp(interface, wl_output_interface.name) == 0 && !c->output)
+                c->output = static_cast<wl_output*>(wl_registry_bind(registry, name, &wl_output_interface, 1));
+        },
+        [](void*, wl_registry*, uint32_t) {},
+    };
+    wl_registry_add_listener(wl_display_get_registry(client.display), &registryListener, &client);
+    wl_display_roundtrip(client.display);
+    if (!client.manager || !client.output) return false;
+    static const zwlr_output_power_v1_listener powerListener{
+        [](void* data, zwlr_output_power_v1*, uint32_t) { static_cast<Client*>(data)->granted = true; },
+        [](void* data, zwlr_output_power_v1*) { static_cast<Client*>(data)->granted = false; },
+    };
+    zwlr_output_power_v1_add_listener(zwlr_output_power_manager_v1_get_output_power(client.manager, client.output),
+                                      &powerListener, &client);
+    wl_display_roundtrip(client.display);
+    return client.granted.value_or(false);
+}
+
+TEST_F(WaylandWallpaperTest, LeavesTheOutputsPowerControlToTheUsersTools) {
+    // wlroots grants it to one client at a time; the wallpaper only looks for a moment now and then.
+    for (int i = 0; i < 5; ++i) {
+        bool free = false;
+        for (int attempt = 0; attempt < 3 && !free; ++attempt) free = powerControlFree() || (settle(50), false);
+        EXPECT_TRUE(free) << "the output's power control is held";
+        settle(500);
+    }
+    EXPECT_FALSE(hidden(first())) << "the output is on";
 }
 
 TEST(SessionIdle, FollowsTheIdleHintOfItsOwnSession) {
