@@ -133,6 +133,7 @@ void RenderThread::draw(CanvasLink& link, double now) {
         link.surface = ShaderLibrary::shared().provider().createWindowSurface(link.window);
         link.surfaceFailed = !link.surface;
     }
+    if (link.surface) link.surface->resize(link.pixelWidth, link.pixelHeight);
     if (!link.surface || !context_->makeCurrent(*link.surface)) {
         link.nextDue = now + 0.5;
         return;
