@@ -1,14 +1,18 @@
 #include "AppDelegate.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QMetaObject>
+#include <QWindow>
 
 #include <algorithm>
 #include <fstream>
 
+#include "AppIcons.h"
 #include "AppModel.h"
 #include "AudioSpectrum.h"
 #include "GalleryWindowFactory.h"
+#include "QuitKey.h"
+#include "TrayItem.h"
 #include "Wallpaper.h"
 
 namespace quellton {
@@ -28,11 +32,20 @@ void runOnMainThread(std::function<void()> work) {
 AppDelegate::AppDelegate(bool launchedAtLogin, QObject* parent)
     : QObject(parent), launchedAtLogin_(launchedAtLogin) {}
 
+AppDelegate::~AppDelegate() {
+    // The window hides as it is destroyed; that is no closing by the user.
+    if (gallery) gallery->disconnect(this);
+}
+
 void AppDelegate::didFinishLaunching() {
     AudioSpectrumOptions options;
     options.mainThread = runOnMainThread;
     AudioSpectrum::setSharedOptions(std::move(options));  // before anything reads the analyser
+    sharedModelHooks().scheduleWallpaper = [] { SystemWallpaper::shared().schedule(); };
+    sharedModelHooks().restoreWallpaper = [] { SystemWallpaper::shared().restoreOriginal(); };
     AppModel::shared().start();
+    QGuiApplication::setWindowIcon(applicationIcon());
+    tray = std::make_unique<TrayItem>(AppModel::shared(), [this] { showGallery(); });
     // A failed set-up leaves capture off without a message; the gallery shows the status.
     AudioSpectrum::shared().start();
     WallpaperController::shared().start();
@@ -42,13 +55,25 @@ void AppDelegate::didFinishLaunching() {
 void AppDelegate::reopen() { showGallery(); }
 
 void AppDelegate::showGallery() {
-    if (!gallery_) gallery_ = makeGalleryWindow();
-    gallery_->show();
-    gallery_->raise();
-    gallery_->requestActivate();
+    if (!gallery) {
+        gallery = makeGalleryWindow();
+        connect(gallery.get(), &QWindow::visibleChanged, this, [this](bool visible) {
+            if (!visible) windowWillClose();
+        });
+        quitOnKey(*gallery);
+    }
+    gallery->setWindowStates(gallery->windowStates() & ~Qt::WindowMinimized);
+    gallery->show();
+    gallery->raise();
+    gallery->requestActivate();
 }
 
-void AppDelegate::willTerminate() { AudioSpectrum::shared().stop(); }
+void AppDelegate::windowWillClose() { AppModel::shared().setHoverID(std::nullopt); }
+
+void AppDelegate::willTerminate() {
+    AudioSpectrum::shared().stop();
+    SystemWallpaper::stopShared();
+}
 
 bool AppDelegate::launchedAtLogin(std::span<const std::string> args, std::optional<double> uptimeSeconds) {
     if (std::ranges::find(args, std::string("--autostart")) != args.end()) return true;

@@ -44,9 +44,19 @@ ModelServices defaultServices() {
     services.loginItem = std::make_shared<XdgAutostart>(XdgAutostart::forCurrentUser());
     services.shaders = std::make_shared<LibraryCompilation>();
     services.audio = std::make_shared<SpectrumRecord>();
+    services.hooks.scheduleWallpaper = [] {
+        if (const auto& hook = sharedModelHooks().scheduleWallpaper) hook();
+    };
+    services.hooks.restoreWallpaper = [] {
+        if (const auto& hook = sharedModelHooks().restoreWallpaper) hook();
+    };
     services.hooks.renderThumbnails = applicationThumbnailHook();
-    // The desktop-picture sync plugs into services.hooks when it exists.
     return services;
+}
+
+ModelHooks& sharedModelHooks() {
+    static ModelHooks hooks;
+    return hooks;
 }
 
 // Created on first use and never destroyed: it lives as long as the process.

@@ -148,6 +148,7 @@ void RenderThread::draw(CanvasLink& link, double now) {
         link.surface = ShaderLibrary::shared().provider().createWindowSurface(link.window);
         link.surfaceFailed = !link.surface;
     }
+    if (link.surface) link.surface->resize(link.pixelWidth, link.pixelHeight);
     const bool current = link.readback ? context_->makeCurrent() : link.surface && context_->makeCurrent(*link.surface);
     if (!current) {
         link.nextDue = now + 0.5;

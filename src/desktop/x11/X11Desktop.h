@@ -31,4 +31,7 @@ private:
     CoverageWatcher coverage_;
 };
 
+// The desktop of the X server Qt runs on; none on another platform.
+std::unique_ptr<DesktopBackend> makeX11Desktop();
+
 }  // namespace quellton::x11
