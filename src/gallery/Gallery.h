@@ -26,7 +26,6 @@ class Gallery : public QObject {
 public:
     explicit Gallery(AppModel& model, QObject* parent = nullptr);
 
-    AppModel& model() { return model_; }
     SidebarModel* sidebar() { return &sidebar_; }
     CardModel* cards() { return &cards_; }
     HeroModel* hero() { return &hero_; }

@@ -16,12 +16,20 @@ const Visualizer& shown(const AppModel& model) {
 
 }  // namespace
 
-HeroModel::HeroModel(AppModel& model, QObject* parent) : QObject(parent), model_(model) {
-    connect(&model_, &AppModel::currentIDChanged, this, &HeroModel::changed);
-    connect(&model_, &AppModel::hoverIDChanged, this, &HeroModel::changed);
+HeroModel::HeroModel(AppModel& model, QObject* parent) : QObject(parent), model_(model), shown_(qtText(shown(model).id)) {
+    connect(&model_, &AppModel::currentIDChanged, this, &HeroModel::update);
+    connect(&model_, &AppModel::hoverIDChanged, this, &HeroModel::update);
 }
 
-QString HeroModel::shownID() const { return qtText(shown(model_).id); }
+void HeroModel::update() {
+    emit changed();
+    const QString now = qtText(shown(model_).id);
+    if (now == shown_) return;
+    shown_ = now;
+    emit shownIDChanged();
+}
+
+QString HeroModel::shownID() const { return shown_; }
 QString HeroModel::name() const { return qtText(shown(model_).name); }
 QString HeroModel::category() const { return qtText(categoryTitle(shown(model_).category)).toUpper(); }
 

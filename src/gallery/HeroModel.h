@@ -10,7 +10,7 @@ class AppModel;
 // What the hero shows: the hovered visualization while a card is hovered, else the running one.
 class HeroModel : public QObject {
     Q_OBJECT
-    Q_PROPERTY(QString shownID READ shownID NOTIFY changed)
+    Q_PROPERTY(QString shownID READ shownID NOTIFY shownIDChanged)
     Q_PROPERTY(QString name READ name NOTIFY changed)
     Q_PROPERTY(QString category READ category NOTIFY changed)
     Q_PROPERTY(bool previewing READ previewing NOTIFY changed)
@@ -29,9 +29,14 @@ public:
 
 signals:
     void changed();
+    // Another visualization is shown (not only another hint).
+    void shownIDChanged();
 
 private:
+    void update();
+
     AppModel& model_;
+    QString shown_;
 };
 
 }  // namespace quellton

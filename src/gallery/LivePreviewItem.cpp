@@ -72,8 +72,6 @@ QSGNode* LivePreviewItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
     if (serial != shownSerial_ && !frame.isNull()) {
         node->setTexture(window()->createTextureFromImage(frame));
         shownSerial_ = serial;
-        ++framesShown_;
-        QMetaObject::invokeMethod(this, &LivePreviewItem::framesShownChanged, Qt::QueuedConnection);
     } else if (!node->hasTexture()) {
         QImage black(1, 1, QImage::Format_RGB32);
         black.fill(Qt::black);
@@ -123,7 +121,6 @@ void LivePreviewItem::updateDrawing() {
     if (wanted == canvas_.shown()) return;
     if (wanted) updateGeometry();
     canvas_.setShown(wanted);
-    emit drawingChanged();
 }
 
 void LivePreviewItem::updateGeometry() {

@@ -18,8 +18,6 @@ class LivePreviewItem : public QQuickItem {
     Q_OBJECT
     QML_NAMED_ELEMENT(LivePreview)
     Q_PROPERTY(qreal radius READ radius WRITE setRadius NOTIFY radiusChanged)
-    Q_PROPERTY(bool drawing READ drawing NOTIFY drawingChanged)
-    Q_PROPERTY(int framesShown READ framesShown NOTIFY framesShownChanged)
 
 public:
     explicit LivePreviewItem(QQuickItem* parent = nullptr);
@@ -27,14 +25,9 @@ public:
 
     qreal radius() const { return radius_; }
     void setRadius(qreal radius);
-    bool drawing() const { return canvas_.shown(); }
-    // Frames that reached the scene, for diagnostics and tests.
-    int framesShown() const { return framesShown_; }
 
 signals:
     void radiusChanged();
-    void drawingChanged();
-    void framesShownChanged();
 
 protected:
     QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData*) override;
@@ -52,7 +45,6 @@ private:
     QPointer<QQuickWindow> window_;
     std::atomic<bool> updatePending_{false};
     long shownSerial_ = 0;
-    int framesShown_ = 0;
     qreal radius_ = 0;
 };
 

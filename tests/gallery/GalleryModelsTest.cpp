@@ -164,11 +164,15 @@ TEST_F(GalleryModels, HoverIsClearedOnlyByTheCardThatSetItAndDrivesTheHero) {
     EXPECT_EQ(model->hoverID(), std::nullopt);
     EXPECT_EQ(hero.shownID(), "nation");
 
-    gallery.enterCard("nation");  // the running one's own card
+    QSignalSpy switched(&hero, &HeroModel::shownIDChanged);
+    gallery.enterCard("nation");  // the running one's own card: the same picture, nothing to animate
+    EXPECT_EQ(switched.count(), 0);
     EXPECT_FALSE(hero.previewing());
     EXPECT_EQ(hero.hint(), "Läuft als Hintergrund · klick hinein für eine Welle");
     gallery.enterCard("gibtsnicht");
     EXPECT_EQ(hero.shownID(), "nation");
+    gallery.enterCard("halo");
+    EXPECT_EQ(switched.count(), 1);
 }
 
 }  // namespace

@@ -43,7 +43,9 @@ API
 
 Names and roles are AT-SPI's (role names as pyatspi spells them: "push button", "list item",
 "label", "frame", "panel", "list"). The accessibility tree is read without caching, so every
-property read asks the program.
+property read asks the program; a read that a busy program does not answer within D-Bus's
+deadline is asked again. Qt reports a scaled item's corner where the scaling moved it, with its
+unscaled size, and gives items at opacity 0 no place (rect None).
 """
 
 import os
@@ -107,6 +109,17 @@ class Image:
         return float(match.group(1))
 
 
+def _patient(ask, attempts=3):
+    """Asks again when a busy program missed D-Bus's 25 s reply deadline (a loaded machine, a long frame)."""
+    from gi.repository import GLib
+    for attempt in range(attempts):
+        try:
+            return ask()
+        except GLib.Error as error:
+            if "Did not receive a reply" not in str(error) or attempt + 1 == attempts:
+                raise
+
+
 class Node:
     """One accessible object of a program."""
 
@@ -115,21 +128,21 @@ class Node:
 
     @property
     def name(self):
-        return self._a.name or ""
+        return _patient(lambda: self._a.name or "")
 
     @property
     def role(self):
-        return self._a.getRoleName()
+        return _patient(self._a.getRoleName)
 
     @property
     def rect(self):
         """Where it is on the screen; None for objects without a place (no Component interface)."""
         import pyatspi
         try:
-            component = self._a.queryComponent()
+            component = _patient(self._a.queryComponent)
         except NotImplementedError:
             return None
-        extents = component.getExtents(pyatspi.DESKTOP_COORDS)
+        extents = _patient(lambda: component.getExtents(pyatspi.DESKTOP_COORDS))
         return Rect(extents.x, extents.y, extents.width, extents.height)
 
     @property
@@ -138,12 +151,12 @@ class Node:
 
     @property
     def children(self):
-        return [Node(child) for child in self._a if child is not None]
+        return _patient(lambda: [Node(child) for child in self._a if child is not None])
 
     @property
     def states(self):
         import pyatspi
-        return {pyatspi.stateToString(s) for s in self._a.getState().getStates()}
+        return _patient(lambda: {pyatspi.stateToString(s) for s in self._a.getState().getStates()})
 
     @property
     def showing(self):
