@@ -36,11 +36,7 @@ class Gallery(unittest.TestCase):
                                      log=os.path.join(cls.desktop.folder, "harness.log"))
         cls.frame = cls.app.find(role="frame", timeout=60)
         cls.desktop.wait(lambda: cls.frame.name == "Alle Darstellungen — 97 Darstellungen", 30, "first title")
-        # The window's parts stay for its life: found once, so later searches stay small.
-        cls.content = cls.frame.children[0]
-        cls.sidebar = cls.app.find("Seitenleiste", role="list", within=cls.content)
-        cls.hero_panel = cls.app.find("Vorschau", role="panel", within=cls.content)
-        cls.grid = cls.app.find("Darstellungen", role="list", within=cls.content)
+        cls.parts = {}
 
     @classmethod
     def tearDownClass(cls):
@@ -53,6 +49,30 @@ class Gallery(unittest.TestCase):
         print(f"  {self.id().rsplit('.', 1)[1]} took {time.monotonic() - self.started:.1f} s", file=sys.stderr)
 
     # -- helpers ------------------------------------------------------------------------------
+
+    # The window's parts, found once and looked up again only when the program made them anew, so
+    # that later searches stay small.
+    def part(self, name, role):
+        node = self.parts.get(name)
+        if node is None or node.rect is None:
+            node = self.parts[name] = self.app.find(name, role=role, within=self.content)
+        return node
+
+    @property
+    def content(self):
+        return self.frame.children[0]
+
+    @property
+    def sidebar(self):
+        return self.part("Seitenleiste", "list")
+
+    @property
+    def hero_panel(self):
+        return self.part("Vorschau", "panel")
+
+    @property
+    def grid(self):
+        return self.part("Darstellungen", "list")
 
     def wait(self, predicate, message, timeout=30):
         return self.desktop.wait(predicate, timeout, message)
@@ -85,9 +105,12 @@ class Gallery(unittest.TestCase):
     def card(self, name):
         return self.app.find(f"{name} als Hintergrund setzen", role="push button", within=self.grid)
 
-    def card_buttons(self):
-        """Every button of the cards built so far, by name, from one look at the grid."""
-        return {n.name: n for n in self.app.find_all(role="push button", within=self.grid)}
+    def card_buttons(self, *wanted):
+        """The cards' buttons by name, from one look at the grid, once all those wanted are built."""
+        def look():
+            buttons = {n.name: n for n in self.app.find_all(role="push button", within=self.grid)}
+            return buttons if all(name in buttons for name in wanted) else None
+        return self.wait(look, f"buttons {wanted}")
 
     def mix_button(self, name):
         return self.app.find(name, role="push button", within=self.grid)
@@ -137,7 +160,8 @@ class Gallery(unittest.TestCase):
         self.wait(lambda: self.hero()[1:] == ["Nation", RUNNING], "the running one in the hero")
         self.assertEqual(self.hero()[0], "RINGE")
 
-        buttons = self.card_buttons()
+        buttons = self.card_buttons("Halo als Hintergrund setzen", "Perlenkranz als Hintergrund setzen",
+                                    "Perlenkranz in den Mix legen", "Nation als Hintergrund setzen")
         self.desktop.move(buttons["Halo als Hintergrund setzen"])
         self.wait(lambda: self.hero()[1:] == ["Halo", PREVIEWING], "the hovered one in the hero")
         # A card not in the Mix shows its plus while hovered (an unseen button has no place on screen).
