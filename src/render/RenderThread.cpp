@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <future>
 
+#include "FrameReadback.h"
 #include "ShaderLibrary.h"
 #include "VisualRenderer.h"
 
@@ -54,12 +55,25 @@ std::shared_ptr<CanvasLink> RenderThread::add(std::shared_ptr<VisualRenderer> re
     auto link = std::make_shared<CanvasLink>();
     link->renderer = renderer;
     link->window = window;
+    return enlist(std::move(link));
+}
+
+std::shared_ptr<CanvasLink> RenderThread::addOffscreen(std::shared_ptr<VisualRenderer> renderer,
+                                                      std::shared_ptr<FrameMailbox> frames) {
+    auto link = std::make_shared<CanvasLink>();
+    link->renderer = renderer;
+    link->readback = std::make_unique<FrameReadback>(std::move(frames));
+    return enlist(std::move(link));
+}
+
+std::shared_ptr<CanvasLink> RenderThread::enlist(std::shared_ptr<CanvasLink> link) {
     post([this, link] { links_.push_back(link); });
     return link;
 }
 
 void RenderThread::remove(const std::shared_ptr<CanvasLink>& link) {
     if (stopped_) {  // the context is gone; what is left dies with the process
+        link->readback.reset();
         link->drawable.reset();
         link->surface.reset();
         return;
@@ -69,6 +83,7 @@ void RenderThread::remove(const std::shared_ptr<CanvasLink>& link) {
         std::erase(links_, link);
         if (context_) context_->makeCurrent();  // the drawable and the renderer's textures belong to this context
         if (const auto renderer = link->renderer.lock()) renderer->releaseGpuResources();
+        link->readback.reset();
         link->drawable.reset();
         link->surface.reset();
         done.set_value();
@@ -129,12 +144,13 @@ void RenderThread::draw(CanvasLink& link, double now) {
         link.nextDue = now + 0.1;
         return;
     }
-    if (!link.surface && !link.surfaceFailed) {
+    if (!link.readback && !link.surface && !link.surfaceFailed) {
         link.surface = ShaderLibrary::shared().provider().createWindowSurface(link.window);
         link.surfaceFailed = !link.surface;
     }
     if (link.surface) link.surface->resize(link.pixelWidth, link.pixelHeight);
-    if (!link.surface || !context_->makeCurrent(*link.surface)) {
+    const bool current = link.readback ? context_->makeCurrent() : link.surface && context_->makeCurrent(*link.surface);
+    if (!current) {
         link.nextDue = now + 0.5;
         return;
     }
@@ -142,7 +158,10 @@ void RenderThread::draw(CanvasLink& link, double now) {
     if (!link.drawable) return;
 
     const VisualRenderer::Frame frame = renderer->render(now, *link.drawable);
-    if (frame.drawn) {
+    if (frame.drawn && link.readback) {
+        link.readback->capture(*link.drawable);
+        ++link.frames;
+    } else if (frame.drawn) {
         // The drawable is stretched over the window, as a lower resolution needs.
         glBindFramebuffer(GL_READ_FRAMEBUFFER, link.drawable->framebuffer.id());
         glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
