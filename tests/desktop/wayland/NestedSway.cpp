@@ -127,7 +127,7 @@ pid_t NestedSway::startSway(const std::string& runtime, const std::string& confi
 }
 
 std::string NestedSway::swaymsg(const std::string& ipc, const std::string& arguments) const {
-    return output("swaymsg -s " + ipc + " " + arguments + " 2>&1");
+    return output("timeout 20 swaymsg -s " + ipc + " " + arguments + " 2>&1");
 }
 
 bool NestedSway::command(const std::string& text) const {
@@ -144,7 +144,7 @@ bool NestedSway::unplug(const std::string& name) const {
 QImage NestedSway::grab() const {
     const std::string file = dir_ + "/grab.png";
     fs::remove(file);
-    if (run("WAYLAND_DISPLAY=" + socket_ + " grim " + file + " 2>/dev/null") != 0) return {};
+    if (run("WAYLAND_DISPLAY=" + socket_ + " timeout 20 grim " + file + " 2>/dev/null") != 0) return {};
     return QImage(QString::fromStdString(file));
 }
 

@@ -114,7 +114,7 @@ TEST(WaylandProgram, WithoutABackgroundLayerItSaysWhyAndEnds) {
 
     const auto start = [&](const std::string& desktop) {
         return test::output("env -u DISPLAY -u QT_QPA_PLATFORM -u XDG_CURRENT_DESKTOP XDG_RUNTIME_DIR=" + dir +
-                            " WAYLAND_DISPLAY=weston " + desktop + " " QUELLTON_BINARY " 2>&1; echo \"status $?\"");
+                            " WAYLAND_DISPLAY=weston " + desktop + " timeout 60 " QUELLTON_BINARY " 2>&1; echo \"status $?\"");
     };
     EXPECT_EQ(start("XDG_CURRENT_DESKTOP=GNOME"), noBackgroundLayerMessage("GNOME") + "\nstatus 1\n");
     EXPECT_EQ(start(""), noBackgroundLayerMessage(nullptr) + "\nstatus 1\n");
