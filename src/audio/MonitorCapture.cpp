@@ -150,6 +150,9 @@ void MonitorCapture::observe(std::function<void(Event)> onEvent) {
     pa_context_set_subscribe_callback(context_.get(), onServerEvent, this);
     pulse::Operation(pa_context_subscribe(context_.get(), PA_SUBSCRIPTION_MASK_SERVER, nullptr,
                                           nullptr));
+    // The default may have changed between the set-up's query and the subscription; the
+    // server answers this after the subscription is in place, so no change falls between.
+    pulse::Operation(pa_context_get_server_info(context_.get(), onServerInfo, this));
 }
 
 void MonitorCapture::removeObserver() {
