@@ -123,7 +123,7 @@ bool AudioSpectrum::startLocked() {
         lastError_.reset();
         observeOutputDevice();
     } catch (const CaptureError& error) {
-        // Neither shown nor logged: capture simply stays off.
+        // Not logged here: a start at launch stays off silently, a lost capture logs once.
         lastError_ = error;
         tearDown();
         return false;
