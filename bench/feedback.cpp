@@ -93,7 +93,7 @@ Result soak(const Visualizer& v, double seconds, int width, int height, const Re
     for (long i = 1; i <= frames; ++i) {
         const double now = double(i) * frameSeconds;
         wall = 1000 + now;
-        const bool loud = (i / perPhase) % 2 == 0;
+        const bool loud = ((i - 1) / perPhase) % 2 == 0;  // frame i ends its phase when i % perPhase == 0
         if (loud) audio = {loudest(now), wall};
         else audio.frame = AudioFrame::silent();  // lastSignal stays: silence begins
         renderer.render(now, drawable);
