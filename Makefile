@@ -2,7 +2,13 @@
 BUILD ?= build
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps configure build run test bench install deb clean
+ASAN_BUILD ?= build-asan
+# Leak reports from libraries we do not build are suppressed there, each with its reason.
+SANITIZER_ENV = ASAN_OPTIONS=detect_leaks=1:abort_on_error=0:detect_stack_use_after_return=0 \
+	LSAN_OPTIONS=suppressions=$(CURDIR)/scripts/sanitizers/lsan.supp:print_suppressions=0 \
+	UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+
+.PHONY: all deps configure build run test test-asan bench soak install deb clean
 
 all: build
 
@@ -21,8 +27,18 @@ run: build
 test: build
 	ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS) --timeout 900
 
+# The whole suite built with AddressSanitizer and UndefinedBehaviorSanitizer, in its own folder.
+test-asan: deps
+	@cmake -S . -B $(ASAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQUELLTON_SANITIZE=ON >/dev/null
+	@cmake --build $(ASAN_BUILD) -j $(JOBS)
+	$(SANITIZER_ENV) ctest --test-dir $(ASAN_BUILD) --output-on-failure -j $(JOBS) --timeout 1800 $(ASAN_CTEST_ARGS)
+
+# The soak runs for ten minutes and more; see README.md.
 bench: build
-	@for b in $(BUILD)/bench/bench_*; do echo "== $$b"; $$b; done
+	@for b in $(BUILD)/bench/bench_*; do case $$b in *soak*) continue;; esac; echo "== $$b"; $$b; done
+
+soak: build
+	$(BUILD)/bench/bench_soak $(SOAK_ARGS)
 
 # PREFIX (default /usr/local) and DESTDIR choose where; below /usr it needs root.
 install: build
@@ -33,4 +49,4 @@ deb: build
 	@ls $(BUILD)/quellton_*.deb
 
 clean:
-	rm -rf $(BUILD)
+	rm -rf $(BUILD) $(ASAN_BUILD)

@@ -1,5 +1,6 @@
 #include "AudioSpectrum.h"
 
+#include <algorithm>
 #include <chrono>
 
 #include "MonitorCapture.h"
@@ -23,6 +24,10 @@ struct AudioSpectrum::State {
 };
 
 namespace {
+
+constexpr std::chrono::milliseconds firstPause{100};
+constexpr std::chrono::milliseconds longestPause{1600};
+
 AudioSpectrumOptions& sharedOptions() {
     static AudioSpectrumOptions options;
     return options;
@@ -41,6 +46,7 @@ AudioSpectrum& AudioSpectrum::shared() {
 AudioSpectrum::AudioSpectrum(AudioSpectrumOptions options)
     : state_(std::make_shared<State>(std::move(options.clock))),
       mainThread_(std::move(options.mainThread)),
+      log_(std::move(options.log)),
       alive_(std::make_shared<AudioSpectrum*>(this)) {
     if (!mainThread_) {
         ownExecutor_ = std::make_unique<SerialExecutor>();
@@ -48,13 +54,15 @@ AudioSpectrum::AudioSpectrum(AudioSpectrumOptions options)
             executor->post(std::move(task));
         };
     }
+    if (!log_) log_ = [](const std::string&) {};
 }
 
 AudioSpectrum::~AudioSpectrum() {
     // Stopping joins the mainloop thread, so nothing is posted after it; a restart still
-    // queued finds the instance gone.
+    // queued finds the instance gone. The timers go before the executor they post to.
     alive_.reset();
     stop();
+    timers_.reset();
     ownExecutor_.reset();
 }
 
@@ -67,6 +75,11 @@ bool AudioSpectrum::isRunning() const {
     return running_;
 }
 
+bool AudioSpectrum::isReconnecting() const {
+    std::lock_guard guard(control_);
+    return reconnecting_;
+}
+
 std::string AudioSpectrum::capturedSink() const {
     std::lock_guard guard(control_);
     return capture_ ? capture_->sinkName() : std::string();
@@ -75,6 +88,11 @@ std::string AudioSpectrum::capturedSink() const {
 std::uint64_t AudioSpectrum::setUpCount() const {
     std::lock_guard guard(control_);
     return setUps_;
+}
+
+std::uint64_t AudioSpectrum::setUpAttempts() const {
+    std::lock_guard guard(control_);
+    return attempts_;
 }
 
 std::optional<CaptureError> AudioSpectrum::lastError() const {
@@ -89,11 +107,15 @@ bool AudioSpectrum::start() {
 
 void AudioSpectrum::stop() {
     std::lock_guard guard(control_);
+    reconnecting_ = false;
+    outageLogged_ = false;
+    ++round_;
     stopLocked();
 }
 
 bool AudioSpectrum::startLocked() {
     if (running_) return true;
+    ++attempts_;
     try {
         setUp();
         running_ = true;
@@ -101,11 +123,17 @@ bool AudioSpectrum::startLocked() {
         lastError_.reset();
         observeOutputDevice();
     } catch (const CaptureError& error) {
-        // Neither shown nor logged: capture simply stays off.
+        // Not logged here: a start at launch stays off silently, a lost capture logs once.
         lastError_ = error;
         tearDown();
+        return false;
     }
-    return running_;
+    if (reconnecting_) {
+        reconnecting_ = false;
+        ++round_;
+    }
+    reportBack();
+    return true;
 }
 
 void AudioSpectrum::stopLocked() {
@@ -132,12 +160,16 @@ void AudioSpectrum::setUp() {
 
 void AudioSpectrum::tearDown() { capture_.reset(); }
 
+enum class AudioSpectrum::Loss { device, server };
+
 void AudioSpectrum::observeOutputDevice() {
     std::weak_ptr<AudioSpectrum*> alive = alive_;
     MainExecutor post = mainThread_;
-    capture_->observeDefaultSink([alive, post] {
-        post([alive] {
-            if (const auto self = alive.lock()) (*self)->restart();
+    const std::uint64_t capture = setUps_;
+    capture_->observe([alive, post, capture](MonitorCapture::Event event) {
+        const Loss loss = event == MonitorCapture::Event::serverLost ? Loss::server : Loss::device;
+        post([alive, capture, loss] {
+            if (const auto self = alive.lock()) (*self)->restart(capture, loss);
         });
     });
 }
@@ -146,11 +178,50 @@ void AudioSpectrum::removeOutputObserver() {
     if (capture_) capture_->removeObserver();
 }
 
-void AudioSpectrum::restart() {
+void AudioSpectrum::restart(std::uint64_t capture, Loss loss) {
     std::lock_guard guard(control_);
-    if (!running_) return;
+    // A report from an earlier capture (the owner stopped or started since) changes nothing.
+    if (!running_ || capture != setUps_) return;
+    if (loss == Loss::server) reportOutage();
     stopLocked();
-    startLocked();
+    if (startLocked()) return;
+    reportOutage();
+    reconnecting_ = true;
+    pause_ = firstPause;
+    ++round_;
+    scheduleReconnect();
+}
+
+void AudioSpectrum::reconnect(std::uint64_t round) {
+    std::lock_guard guard(control_);
+    if (!reconnecting_ || round != round_) return;
+    if (!startLocked()) scheduleReconnect();
+}
+
+// One attempt after each pause, the pauses doubling up to a bound: a server that comes back
+// is found within that bound, and a long outage costs one failed connect now and then.
+void AudioSpectrum::scheduleReconnect() {
+    if (!timers_) timers_ = std::make_unique<SerialExecutor>();
+    const auto pause = pause_;
+    pause_ = std::min(pause_ * 2, longestPause);
+    std::weak_ptr<AudioSpectrum*> alive = alive_;
+    timers_->postAfter(pause, [alive, post = mainThread_, round = round_] {
+        post([alive, round] {
+            if (const auto self = alive.lock()) (*self)->reconnect(round);
+        });
+    });
+}
+
+void AudioSpectrum::reportOutage() {
+    if (outageLogged_) return;
+    outageLogged_ = true;
+    log_("Quellton: Der Tonserver ist nicht erreichbar; die Aufnahme versucht es weiter.");
+}
+
+void AudioSpectrum::reportBack() {
+    if (!outageLogged_) return;
+    outageLogged_ = false;
+    log_("Quellton: Die Aufnahme läuft wieder (Ausgabe „" + capture_->sinkName() + "“).");
 }
 
 }  // namespace quellton

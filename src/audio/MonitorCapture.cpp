@@ -47,7 +47,7 @@ MonitorCapture::~MonitorCapture() {
 void MonitorCapture::connect() {
     context_.reset(pa_context_new(loop_.api(), "Quellton"));
     if (!context_) throw CaptureError{PA_ERR_INTERNAL};
-    pa_context_set_state_callback(context_.get(), pulse::signalContextState, &loop_);
+    pa_context_set_state_callback(context_.get(), onContextState, this);
     // No autospawn: without a sound server capture stays off instead of starting one.
     if (pa_context_connect(context_.get(), nullptr, PA_CONTEXT_NOAUTOSPAWN, nullptr) < 0)
         fail(context_.get());
@@ -108,7 +108,7 @@ void MonitorCapture::record(const StreamFormat& format) {
     if (!pa_sample_spec_valid(&spec)) throw CaptureError{PA_ERR_INVALID};
     stream_.reset(pa_stream_new(context_.get(), "Quellton", &spec, nullptr));
     if (!stream_) fail(context_.get());
-    pa_stream_set_state_callback(stream_.get(), pulse::signalStreamState, &loop_);
+    pa_stream_set_state_callback(stream_.get(), onStreamState, this);
     pa_stream_set_read_callback(stream_.get(), onRead, this);
     // Without an explicit small fragment size the server delivers in bursts of seconds.
     pa_buffer_attr attr;
@@ -143,21 +143,54 @@ void MonitorCapture::onRead(pa_stream* stream, size_t, void* self) {
     }
 }
 
-void MonitorCapture::observeDefaultSink(std::function<void()> onChange) {
+void MonitorCapture::observe(std::function<void(Event)> onEvent) {
     pulse::Mainloop::Lock lock(loop_);
-    onChange_ = std::move(onChange);
+    onEvent_ = std::move(onEvent);
+    if (const auto broken = brokenState()) return report(*broken);
     pa_context_set_subscribe_callback(context_.get(), onServerEvent, this);
     pulse::Operation(pa_context_subscribe(context_.get(), PA_SUBSCRIPTION_MASK_SERVER, nullptr,
                                           nullptr));
+    // The default may have changed between the set-up's query and the subscription; the
+    // server answers this after the subscription is in place, so no change falls between.
+    pulse::Operation(pa_context_get_server_info(context_.get(), onServerInfo, this));
 }
 
 void MonitorCapture::removeObserver() {
     pulse::Mainloop::Lock lock(loop_);
-    onChange_ = nullptr;
+    onEvent_ = nullptr;
     if (pa_context_get_state(context_.get()) != PA_CONTEXT_READY) return;
     pa_context_set_subscribe_callback(context_.get(), nullptr, nullptr);
     pulse::Operation(pa_context_subscribe(context_.get(), PA_SUBSCRIPTION_MASK_NULL, nullptr,
                                           nullptr));
+}
+
+std::optional<MonitorCapture::Event> MonitorCapture::brokenState() const {
+    if (!context_ || pa_context_get_state(context_.get()) != PA_CONTEXT_READY)
+        return Event::serverLost;
+    if (!stream_ || pa_stream_get_state(stream_.get()) != PA_STREAM_READY)
+        return Event::streamLost;
+    return std::nullopt;
+}
+
+void MonitorCapture::report(Event event) {
+    if (!onEvent_) return;
+    // One report per capture: the owner replaces this object.
+    auto onEvent = std::exchange(onEvent_, nullptr);
+    onEvent(event);
+}
+
+void MonitorCapture::onContextState(pa_context* c, void* self) {
+    auto* capture = static_cast<MonitorCapture*>(self);
+    capture->loop_.signal();
+    if (!PA_CONTEXT_IS_GOOD(pa_context_get_state(c))) capture->report(Event::serverLost);
+}
+
+// A stream ends under a live connection when its source goes away (it may not move).
+void MonitorCapture::onStreamState(pa_stream* s, void* self) {
+    auto* capture = static_cast<MonitorCapture*>(self);
+    capture->loop_.signal();
+    if (PA_STREAM_IS_GOOD(pa_stream_get_state(s))) return;
+    capture->report(capture->brokenState().value_or(Event::streamLost));
 }
 
 // A server change may be a new default sink; ask which one it is now.
@@ -169,12 +202,9 @@ void MonitorCapture::onServerEvent(pa_context* c, pa_subscription_event_type_t t
 
 void MonitorCapture::onServerInfo(pa_context*, const pa_server_info* info, void* self) {
     auto* capture = static_cast<MonitorCapture*>(self);
-    if (!info || !capture->onChange_) return;
+    if (!info) return;
     const char* sink = info->default_sink_name ? info->default_sink_name : "";
-    if (capture->sink_ == sink) return;
-    // One report per capture: the restart replaces this object.
-    auto onChange = std::exchange(capture->onChange_, nullptr);
-    onChange();
+    if (capture->sink_ != sink) capture->report(Event::defaultSinkChanged);
 }
 
 }  // namespace quellton

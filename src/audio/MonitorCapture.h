@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -26,9 +27,14 @@ public:
 
     const std::string& sinkName() const { return sink_; }
 
-    // onChange runs on the mainloop thread, at most once, when the default sink stops being
-    // the one recorded here.
-    void observeDefaultSink(std::function<void()> onChange);
+    enum class Event {
+        defaultSinkChanged,  // the default sink is no longer the one recorded here
+        streamLost,          // the recorded source went away under a live connection
+        serverLost,          // the connection to the sound server failed
+    };
+    // onEvent runs on the mainloop thread (or at once, when the capture is already broken),
+    // at most once: whatever happens first ends this capture.
+    void observe(std::function<void(Event)> onEvent);
     void removeObserver();
 
 private:
@@ -38,7 +44,13 @@ private:
     StreamFormat sinkFormat();
     void record(const StreamFormat& format);
 
+    // With the mainloop lock held.
+    void report(Event event);
+    std::optional<Event> brokenState() const;
+
     static void onRead(pa_stream* stream, size_t bytes, void* self);
+    static void onContextState(pa_context* c, void* self);
+    static void onStreamState(pa_stream* s, void* self);
     static void onServerEvent(pa_context* c, pa_subscription_event_type_t type, uint32_t,
                               void* self);
     static void onServerInfo(pa_context*, const pa_server_info* info, void* self);
@@ -49,7 +61,7 @@ private:
     std::string sink_;
     int channels_ = 1;
     Samples samples_;
-    std::function<void()> onChange_;  // guarded by the mainloop lock
+    std::function<void(Event)> onEvent_;  // guarded by the mainloop lock
 };
 
 }  // namespace quellton

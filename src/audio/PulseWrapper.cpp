@@ -20,7 +20,4 @@ bool await(Mainloop& loop, Operation op) {
     return pa_operation_get_state(op.get()) == PA_OPERATION_DONE;
 }
 
-void signalContextState(pa_context*, void* loop) { static_cast<Mainloop*>(loop)->signal(); }
-void signalStreamState(pa_stream*, void* loop) { static_cast<Mainloop*>(loop)->signal(); }
-
 }  // namespace quellton::pulse

@@ -70,8 +70,4 @@ using Operation = std::unique_ptr<pa_operation, OperationRelease>;
 // cancels its operations and its state callback signals). Returns whether it completed.
 bool await(Mainloop& loop, Operation op);
 
-// State callbacks that only wake a waiting thread; userdata is the Mainloop.
-void signalContextState(pa_context*, void* loop);
-void signalStreamState(pa_stream*, void* loop);
-
 }  // namespace quellton::pulse

@@ -9,10 +9,10 @@ SerialExecutor::~SerialExecutor() {
     thread_.join();
 }
 
-void SerialExecutor::post(std::function<void()> task) {
+void SerialExecutor::postAfter(Clock::duration delay, std::function<void()> task) {
     {
         std::lock_guard guard(mutex_);
-        tasks_.push_back(std::move(task));
+        tasks_.emplace(Clock::now() + delay, std::move(task));
     }
     wake_.notify_one();
 }
@@ -22,9 +22,19 @@ void SerialExecutor::run(std::stop_token stop) {
         std::function<void()> task;
         {
             std::unique_lock lock(mutex_);
-            if (!wake_.wait(lock, stop, [this] { return !tasks_.empty(); })) return;
-            task = std::move(tasks_.front());
-            tasks_.pop_front();
+            for (;;) {
+                if (stop.stop_requested()) return;
+                if (tasks_.empty()) {
+                    wake_.wait(lock, stop, [this] { return !tasks_.empty(); });
+                    continue;
+                }
+                const auto due = tasks_.begin()->first;
+                if (due <= Clock::now()) break;
+                // Woken early by a task due sooner, or by the stop request.
+                wake_.wait_until(lock, stop, due, [&] { return tasks_.begin()->first < due; });
+            }
+            task = std::move(tasks_.begin()->second);
+            tasks_.erase(tasks_.begin());
         }
         task();
     }

@@ -3,6 +3,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <limits>
 
 #include "Catalog.h"
 #include "Palette.h"
@@ -46,6 +47,13 @@ QVariantMap registeredDefaults() {
 
 bool inCatalog(const std::string& id) { return Catalog::byID(id) != nullptr; }
 
+// Any stored number is accepted, but a double beyond the float range has no float value:
+// converting it is undefined, so it saturates.
+float narrow(double value) {
+    constexpr double limit = std::numeric_limits<float>::max();
+    return float(std::clamp(value, -limit, limit));
+}
+
 }  // namespace
 
 AppModel::AppModel(ModelServices services, QObject* parent) : QObject(parent), services(std::move(services)) {
@@ -83,8 +91,8 @@ void AppModel::publish() {
         .currentID = currentID_,
         .hoverID = hoverID_,
         .paletteOverride = paletteOverride_,
-        .reactivity = float(reactivity_),
-        .smoothing = float(smoothing_),
+        .reactivity = narrow(reactivity_),
+        .smoothing = narrow(smoothing_),
         .quality = quality_,
         .fps = fps_,
         .paused = paused_,

@@ -89,17 +89,19 @@ void AppModel::start() {
     if (timer_) return;
     if (services.shaders) {
         QPointer<AppModel> self(this);
-        // The completion may outlive the model: it takes its own copies of what it calls.
+        // The completion may outlive the model: it takes its own copies of what it calls. The
+        // compilation holds the completion, so the completion holds the compilation weakly.
         services.shaders->compileAll(
-            currentID_, [self, shaders = services.shaders, schedule = services.hooks.scheduleWallpaper,
-                         log = services.log] {
+            currentID_, [self, weakShaders = std::weak_ptr(services.shaders),
+                         schedule = services.hooks.scheduleWallpaper, log = services.log] {
                 if (self) {
                     self->setReady(true);
                     if (self->services.hooks.renderThumbnails) self->services.hooks.renderThumbnails();
                 }
                 if (schedule) schedule();
-                for (const auto& [id, message] : shaders->failures())
-                    if (log) log("Quellton: Shader " + id + " fehlerhaft: " + message);
+                if (const auto shaders = weakShaders.lock())
+                    for (const auto& [id, message] : shaders->failures())
+                        if (log) log("Quellton: Shader " + id + " fehlerhaft: " + message);
             });
     }
     // A child of the model, so it stops with it.

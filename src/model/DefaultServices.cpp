@@ -1,6 +1,4 @@
 // The real collaborators of AppModel::shared().
-#include <syslog.h>
-
 #include <chrono>
 
 #include "AppModel.h"
@@ -34,8 +32,6 @@ public:
 double SystemClock::now() {
     return wallClockNow();  // the clock of the analyser's lastSignal
 }
-
-void systemLog(const std::string& line) { syslog(LOG_ERR, "%s", line.c_str()); }
 
 ModelServices defaultServices() {
     ModelServices services;

@@ -9,6 +9,7 @@
 #include "LoginItem.h"
 #include "SettingsStore.h"
 #include "ShaderCompilation.h"
+#include "SystemLog.h"
 
 namespace quellton {
 
@@ -25,7 +26,6 @@ ModelHooks& sharedModelHooks();
 
 // Writes one line to the system log.
 using LogSink = std::function<void(const std::string& line)>;
-void systemLog(const std::string& line);  // syslog(3)
 
 // Everything the model talks to. `settings`, `clock` and `loginItem` are required; `audio` and
 // `shaders` may be null while those subsystems are absent: then nothing is heard and nothing

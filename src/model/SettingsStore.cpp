@@ -1,11 +1,15 @@
 #include "SettingsStore.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QStandardPaths>
+#include <QTemporaryDir>
 
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <utility>
 
 namespace quellton {
 
@@ -62,9 +66,48 @@ std::optional<int> toInteger(const QVariant& v) {
     return i;
 }
 
+// Qt's INI reader and writer disagree about damaged files (an empty or broken section header
+// hides keys that the next save brings back, or the other way round). The values are read from a
+// copy that Qt has saved once, so they are exactly what a save of another setting keeps.
+QVariantMap valuesAsSaved(const QString& file) {
+    QVariantMap values;
+    const QTemporaryDir dir;
+    const QString copy = dir.filePath(QStringLiteral("saved.conf"));
+    if (!dir.isValid() || !QFile::copy(file, copy)) return values;
+    const QString marker = QStringLiteral("quellton-saved");
+    {
+        QSettings saving(copy, QSettings::IniFormat);
+        saving.setValue(marker, true);
+    }
+    // Qt keeps a parsed file per path in the process: read the saved one under a new name.
+    const QString savedCopy = dir.filePath(QStringLiteral("read.conf"));
+    if (!QFile::rename(copy, savedCopy)) return values;
+    const QSettings saved(savedCopy, QSettings::IniFormat);
+    for (const QString& key : saved.allKeys())
+        if (key != marker) values.insert(key, saved.value(key));
+    return values;
+}
+
 }  // namespace
 
-SettingsStore::SettingsStore(const QString& filePath) : settings(filePath, QSettings::IniFormat) {}
+SettingsStore::SettingsStore(const QString& filePath, Log log)
+    : settings(filePath, QSettings::IniFormat), log(std::move(log)) {
+    // Asked of the file itself: QSettings reports a failed write with the same status.
+    if (QFile probe(filePath); probe.exists() && !probe.open(QIODevice::ReadOnly)) {
+        unreadable = true;
+        report("kann nicht gelesen werden; es gelten die Standardwerte, und Änderungen werden nicht gespeichert");
+        return;
+    }
+    if (settings.status() == QSettings::FormatError) {
+        reportedFormat = true;
+        report("enthält unlesbare Zeilen; sie werden beim nächsten Speichern verworfen");
+    }
+    if (QFileInfo::exists(filePath)) values = valuesAsSaved(filePath);
+}
+
+void SettingsStore::report(const char* what) {
+    if (log) log("Quellton: " + settings.fileName().toStdString() + " " + what + ".");
+}
 
 QString SettingsStore::standardPath() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
@@ -78,8 +121,8 @@ void SettingsStore::registerDefaults(const QVariantMap& defaults) {
 template <typename Convert>
 auto SettingsStore::read(const QString& key, Convert convert) const {
     using T = typename decltype(convert(QVariant()))::value_type;
-    if (settings.contains(key))
-        if (auto value = convert(settings.value(key))) return *value;
+    if (auto it = values.find(key); it != values.end())
+        if (auto value = convert(*it)) return *value;
     if (auto it = registered.find(key); it != registered.end())
         if (auto value = convert(*it)) return *value;
     return T{};
@@ -96,8 +139,15 @@ int SettingsStore::integer(const QString& key) const { return read(key, toIntege
 void SettingsStore::set(const QString& key, const QVariant& value) {
     // QSettings would write an empty list as @Invalid(), which reads back like a damaged value.
     const bool emptyList = value.typeId() == QMetaType::QStringList && value.toStringList().isEmpty();
+    values.insert(key, value);
+    if (unreadable) return;
     settings.setValue(key, emptyList ? QVariant(QString()) : value);
     settings.sync();
+    // The status keeps the first error, so each kind is reported once.
+    if (settings.status() == QSettings::AccessError && !std::exchange(reportedWrite, true))
+        report("kann nicht geschrieben werden; Änderungen gelten nur bis zum Beenden");
+    else if (settings.status() == QSettings::FormatError && !std::exchange(reportedFormat, true))
+        report("enthielt unlesbare Zeilen; sie wurden verworfen");
 }
 
 }  // namespace quellton

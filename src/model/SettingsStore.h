@@ -6,15 +6,26 @@
 #include <QVariant>
 #include <QVariantMap>
 
+#include <functional>
+#include <string>
+
+#include "SystemLog.h"
+
 namespace quellton {
 
 // The defaults store: an INI file read through QSettings with a table of registered defaults.
 // A missing key reads as its registered default; a value of the wrong type (or one that a
 // hand-edited or damaged file turned into something else) reads the same way.
 // Without a registered default the reads give "", an empty list, false or 0.
+//
+// A file that exists but cannot be read is never written: assignments then live only for this
+// session, so nothing in it is lost. Such a file, a write that fails and lines that cannot be
+// parsed each give one line in the log.
 class SettingsStore {
 public:
-    explicit SettingsStore(const QString& filePath);
+    using Log = std::function<void(const std::string& line)>;
+
+    explicit SettingsStore(const QString& filePath, Log log = systemLog);
 
     // ~/.config/Quellton/Quellton.conf (honouring XDG_CONFIG_HOME).
     static QString standardPath();
@@ -33,9 +44,15 @@ public:
 private:
     template <typename Convert>
     auto read(const QString& key, Convert convert) const;
+    void report(const char* what);
 
-    mutable QSettings settings;
+    QSettings settings;  // writes only
+    QVariantMap values;  // what the file holds, with this session's assignments
     QVariantMap registered;
+    Log log;
+    bool unreadable = false;  // then nothing is written
+    bool reportedWrite = false;
+    bool reportedFormat = false;
 };
 
 }  // namespace quellton

@@ -66,9 +66,12 @@ protected:
 
     QString path() const { return dir.filePath("Quellton.conf"); }
 
-    std::unique_ptr<AppModel> makeModel() {
+    std::unique_ptr<AppModel> makeModel() { return makeModel(path()); }
+    // The store's complaints about the file land in logLines too.
+    std::unique_ptr<AppModel> makeModel(const QString& file) {
         ModelServices services;
-        services.settings = std::make_unique<SettingsStore>(path());
+        services.settings =
+            std::make_unique<SettingsStore>(file, [this](const std::string& line) { logLines.push_back(line); });
         services.clock = clock;
         services.audio = audio;
         services.shaders = shaders;
