@@ -17,19 +17,25 @@
 namespace quellton {
 
 class VisualRenderer;
+class WindowOverlay;
 
 // One window's connection to the render thread: its renderer, surface and drawable.
 struct CanvasLink {
     std::weak_ptr<VisualRenderer> renderer;
     std::uintptr_t window = 0;
+    // Drawn over the picture at the window's resolution; may be null.
+    std::shared_ptr<WindowOverlay> overlay;
     std::atomic<int> pixelWidth{16}, pixelHeight{16};
     std::atomic<long> frames{0};
+    // The window lost its contents (exposed again): show the last frame even while nothing is drawn.
+    std::atomic<bool> repaint{false};
 
     // Render thread only.
     std::unique_ptr<GlWindowSurface> surface;
     std::optional<RenderTarget> drawable;
     double nextDue = 0;
     bool surfaceFailed = false;
+    bool hasFrame = false;
 };
 
 // The one thread that draws every canvas, each at its renderer's frame rate, sleeping between deadlines.
@@ -43,7 +49,8 @@ public:
     RenderThread();
     ~RenderThread();
 
-    std::shared_ptr<CanvasLink> add(std::shared_ptr<VisualRenderer> renderer, std::uintptr_t window);
+    std::shared_ptr<CanvasLink> add(std::shared_ptr<VisualRenderer> renderer, std::uintptr_t window,
+                                    std::shared_ptr<WindowOverlay> overlay = nullptr);
     // Returns after the render thread has finished any frame of the link and released its surface.
     void remove(const std::shared_ptr<CanvasLink>& link);
 
@@ -53,6 +60,7 @@ private:
     void run();
     void post(std::function<void()> task);
     void draw(CanvasLink& link, double now);
+    void present(CanvasLink& link);
 
     std::binary_semaphore started_{0};
     std::mutex lock_;
