@@ -31,6 +31,8 @@ void AppDelegate::didFinishLaunching() {
     AudioSpectrumOptions options;
     options.mainThread = runOnMainThread;
     AudioSpectrum::setSharedOptions(std::move(options));  // before anything reads the analyser
+    sharedModelHooks().scheduleWallpaper = [] { SystemWallpaper::shared().schedule(); };
+    sharedModelHooks().restoreWallpaper = [] { SystemWallpaper::shared().restoreOriginal(); };
     AppModel::shared().start();
     // A failed set-up leaves capture off without a message; the gallery shows the status.
     AudioSpectrum::shared().start();
@@ -42,7 +44,10 @@ void AppDelegate::reopen() { showGallery(); }
 
 void AppDelegate::showGallery() { qInfo("Quellton: Die Galerie ist in dieser Version noch nicht enthalten."); }
 
-void AppDelegate::willTerminate() { AudioSpectrum::shared().stop(); }
+void AppDelegate::willTerminate() {
+    AudioSpectrum::shared().stop();
+    SystemWallpaper::stopShared();
+}
 
 bool AppDelegate::launchedAtLogin(std::span<const std::string> args, std::optional<double> uptimeSeconds) {
     if (std::ranges::find(args, std::string("--autostart")) != args.end()) return true;

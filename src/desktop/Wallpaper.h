@@ -1,4 +1,5 @@
 #pragma once
 
-// Desktop presence: the wallpaper windows.
+// Desktop presence: the wallpaper windows and the desktop's own picture.
+#include "SystemWallpaper.h"
 #include "WallpaperController.h"

@@ -43,8 +43,19 @@ ModelServices defaultServices() {
     services.loginItem = std::make_shared<XdgAutostart>(XdgAutostart::forCurrentUser());
     services.shaders = std::make_shared<LibraryCompilation>();
     services.audio = std::make_shared<SpectrumRecord>();
-    // The desktop-picture sync and the thumbnails plug into services.hooks when they exist.
+    services.hooks.scheduleWallpaper = [] {
+        if (const auto& hook = sharedModelHooks().scheduleWallpaper) hook();
+    };
+    services.hooks.restoreWallpaper = [] {
+        if (const auto& hook = sharedModelHooks().restoreWallpaper) hook();
+    };
+    // The thumbnails plug into services.hooks when they exist.
     return services;
+}
+
+ModelHooks& sharedModelHooks() {
+    static ModelHooks hooks;
+    return hooks;
 }
 
 // Created on first use and never destroyed: it lives as long as the process.

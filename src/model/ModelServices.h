@@ -19,6 +19,10 @@ struct ModelHooks {
     std::function<void()> renderThumbnails;
 };
 
+// The hooks of AppModel::shared(), filled in by the application at start; the shared model
+// looks them up on every call, so they may be installed after it was made.
+ModelHooks& sharedModelHooks();
+
 // Writes one line to the system log.
 using LogSink = std::function<void(const std::string& line)>;
 void systemLog(const std::string& line);  // syslog(3)

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QDBusConnection>
+
+#include "DesktopPicture.h"
+
+namespace quellton {
+
+// KDE Plasma: plasmashell runs desktop scripts sent to org.kde.PlasmaShell.evaluateScript. Every
+// desktop containment gets the image wallpaper plugin and the still of its screen, found by the
+// screen's position (then by its number, then the first still). A script's print() output is
+// the call's answer, which is how the picture is read back.
+class PlasmaPicture : public DesktopPicture {
+public:
+    explicit PlasmaPicture(QDBusConnection bus = QDBusConnection::sessionBus());
+
+    std::optional<QUrl> current(const ScreenInfo& mainScreen) override;
+    void show(std::span<const ScreenPicture> stills) override;
+    void restore(const QUrl& picture, std::span<const ScreenInfo> screens) override;
+
+private:
+    void evaluateLater(const QString& script);
+
+    QDBusConnection bus_;
+};
+
+}  // namespace quellton
