@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 #include "IconLayerRules.h"
@@ -28,5 +29,8 @@ public:
     // When the wallpaper stops: gives everything back.
     virtual void finish() = 0;
 };
+
+// The session's real icon-manager settings, with what was taken kept in our settings file.
+std::unique_ptr<IconManagerSettings> makeIconManagerSettings();
 
 }  // namespace quellton

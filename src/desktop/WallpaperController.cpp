@@ -82,7 +82,30 @@ void WallpaperController::watchScreen(QScreen* screen) {
 
 void WallpaperController::scheduleRebuild() { rebuildSoon_.start(); }
 
+void WallpaperController::stop() {
+    if (!started_ || stopped_) return;
+    stopped_ = true;
+    rebuildSoon_.stop();
+    model_.setOnScreensChanged(nullptr);
+    if (!backend_) return;
+    disconnect(backend_.get(), nullptr, this, nullptr);
+    // The icon managers get their backdrops back while our windows still cover the desktop, so
+    // the change shows as one step.
+    backend_->stop();
+    closeWindows();
+}
+
+void WallpaperController::closeWindows() {
+    for (Record& record : windows_) {
+        if (backend_) backend_->windowClosing(*record.canvas);
+        record.canvas->close();
+        record.canvas.reset();
+    }
+    windows_.clear();
+}
+
 void WallpaperController::rebuild() {
+    if (stopped_) return;
     const QList<QScreen*> screens = QGuiApplication::screens();
     const std::vector<QScreen*> kept = keptScreens(std::vector<QScreen*>(screens.begin(), screens.end()), model_.allScreens());
     std::vector<RectF> frames;
@@ -90,12 +113,7 @@ void WallpaperController::rebuild() {
     if (layoutUnchanged(layout_, frames, !windows_.empty())) return;
     layout_ = frames;
 
-    for (Record& record : windows_) {
-        record.canvas->close();
-        record.canvas.reset();
-    }
-    windows_.clear();
-
+    closeWindows();
     for (QScreen* screen : kept) windows_.push_back({makeWindow(screen)});
     refreshHidden();
 }

@@ -35,6 +35,9 @@ public:
 
     // Installs the observations and the click monitor, then builds the windows. Once.
     void start();
+    // Closes the windows and gives back what the desktop changed for them (the icon layers'
+    // backdrops); before the process ends. Once; the controller cannot start again.
+    void stop();
 
     // What runs now, for diagnostics and tests.
     std::vector<Canvas*> canvases() const;
@@ -55,6 +58,7 @@ private:
     void setScreensAsleep(bool asleep);
     void setLocked(bool locked);
     std::unique_ptr<Canvas> makeWindow(QScreen* screen);
+    void closeWindows();
 
     AppModel& model_;
     std::unique_ptr<DesktopBackend> backend_;
@@ -64,6 +68,7 @@ private:
     bool screensAsleep_ = false;
     bool locked_ = false;
     bool started_ = false;
+    bool stopped_ = false;
     // Screen notifications come in bursts and while Qt is still updating its list.
     QTimer rebuildSoon_;
 };

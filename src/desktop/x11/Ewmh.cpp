@@ -16,7 +16,8 @@ constexpr std::array<std::string_view, static_cast<std::size_t>(Atom::count)> at
     "_NET_WM_STATE_MAXIMIZED_VERT", "_NET_WM_STATE_MAXIMIZED_HORZ", "_NET_WM_STATE_HIDDEN",
     "_NET_WM_DESKTOP",            "_NET_CURRENT_DESKTOP",        "_NET_CLIENT_LIST",
     "_NET_CLIENT_LIST_STACKING",  "_NET_ACTIVE_WINDOW",          "_NET_SUPPORTED",
-    "_NET_SUPPORTING_WM_CHECK",   "_NET_RESTACK_WINDOW",         "_NET_FRAME_EXTENTS",
+    "_NET_SUPPORTING_WM_CHECK",   "_NET_RESTACK_WINDOW",         "_NET_WM_USER_TIME",
+    "_NET_WM_USER_TIME_WINDOW",   "_NET_FRAME_EXTENTS",
     "_NET_WORKAREA",              "WM_STATE",                    "WM_PROTOCOLS",
     "WM_TAKE_FOCUS"};
 

@@ -36,7 +36,10 @@ IconLayers::IconLayers(IconManagerSettings* settings, QObject* parent) : QObject
     connect(&refreshSoon_, &QTimer::timeout, this, &IconLayers::refresh);
 }
 
-IconLayers::~IconLayers() { stop(); }
+IconLayers::~IconLayers() {
+    stop();
+    if (clock_ && !connection_.broken()) xcb_destroy_window(connection_.get(), clock_);
+}
 
 bool IconLayers::start() {
     if (atoms_) return true;
@@ -60,6 +63,10 @@ bool IconLayers::start() {
                                               XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |
                                               XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_CLIENT_CLOSE);
     }
+    clock_ = xcb_generate_id(c);
+    const std::uint32_t clockEvents = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_create_window(c, XCB_COPY_FROM_PARENT, clock_, connection_.root(), -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                      XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &clockEvents);
     connection_.listen([this](const xcb_generic_event_t& event) { onEvent(event); });
     xcb_flush(c);
     scheduleRefresh();
@@ -106,6 +113,10 @@ std::optional<IconLayerRoute> IconLayers::route(xcb_window_t window) const {
 void IconLayers::onEvent(const xcb_generic_event_t& event) {
     const std::uint8_t type = event.response_type & 0x7f;
     if (type == 0) return;  // an error about a window that went while being read
+    if (type == XCB_PROPERTY_NOTIFY && reinterpret_cast<const xcb_property_notify_event_t&>(event).window == clock_) {
+        raiseWithTime(reinterpret_cast<const xcb_property_notify_event_t&>(event).time);
+        return;
+    }
     for (const auto& [window, capture] : captures_)
         if (capture->handle(event)) break;
     // Damage changes pixels, not windows.
@@ -346,12 +357,25 @@ void IconLayers::restack(const Ours& ours, const IconWindow& layer, bool above) 
         requestRestack(c, connection_.root(), ours.window, (*atoms_)[Atom::_NET_RESTACK_WINDOW], layer.client, mode);
     } else if (managerRuns_) {
         // A manager without _NET_RESTACK_WINDOW raises or lowers the window within its layer,
-        // where only the desktop windows live.
-        xcb_configure_window(c, ours.window, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
+        // where only the desktop windows live, once a fresh user time allows it.
+        raises_.emplace_back(ours.window, mode);
+        xcb_change_property(c, XCB_PROP_MODE_APPEND, clock_, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8, 0, nullptr);
     } else {
         const std::uint32_t values[] = {layer.topLevel, mode};
         xcb_configure_window(c, topLevelOf(ours.window), XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE, values);
     }
+    xcb_flush(c);
+}
+
+void IconLayers::raiseWithTime(xcb_timestamp_t time) {
+    xcb_connection_t* c = connection_.get();
+    const xcb_atom_t userTime = (*atoms_)[Atom::_NET_WM_USER_TIME];
+    for (const auto& [window, mode] : raises_) {
+        const std::vector<xcb_window_t> timeWindow = readWindows(c, window, (*atoms_)[Atom::_NET_WM_USER_TIME_WINDOW]);
+        writeCardinal(c, timeWindow.empty() ? window : timeWindow.front(), userTime, time);
+        xcb_configure_window(c, window, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
+    }
+    raises_.clear();
     xcb_flush(c);
 }
 

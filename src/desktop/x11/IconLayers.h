@@ -87,6 +87,7 @@ private:
     IconLayerRoute routeOf(const IconWindow& layer);
     void place(Ours& ours, const IconWindow& layer, bool above);
     void restack(const Ours& ours, const IconWindow& layer, bool above);
+    void raiseWithTime(xcb_timestamp_t time);
     void updateCaptures(const std::vector<IconWindow>& layers);
     void logOnce(const std::string& key, const QString& line);
 
@@ -104,6 +105,10 @@ private:
     std::map<xcb_window_t, std::unique_ptr<IconLayerCapture>> captures_;
     std::set<xcb_window_t> uncapturable_;
     std::set<std::string> logged_;
+    // Managers of the metacity family only raise a window whose last user time is not older than
+    // the active window's: the raise waits for a fresh server time, read off this window.
+    xcb_window_t clock_ = XCB_WINDOW_NONE;
+    std::vector<std::pair<xcb_window_t, std::uint32_t>> raises_;
     QTimer refreshSoon_;
 };
 
