@@ -49,6 +49,17 @@ void WindowOverlay::write(const QRect& rect, std::span<const std::uint32_t> pixe
     changed_ = true;
 }
 
+QSize WindowOverlay::size() const {
+    std::lock_guard guard(lock_);
+    return {width_, height_};
+}
+
+std::uint32_t WindowOverlay::pixel(int x, int y) const {
+    std::lock_guard guard(lock_);
+    if (x < 0 || y < 0 || x >= width_ || y >= height_) return 0;
+    return image_[std::size_t(y) * std::size_t(width_) + std::size_t(x)];
+}
+
 bool WindowOverlay::upload() {
     QRect dirty;
     bool resized = false;

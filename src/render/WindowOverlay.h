@@ -23,6 +23,9 @@ public:
     void write(const QRect& rect, std::span<const std::uint32_t> pixels);
     // Something changed that the window does not show yet.
     bool changed() const { return changed_; }
+    // The layer's size and one of its pixels, for diagnostics; 0 outside.
+    QSize size() const;
+    std::uint32_t pixel(int x, int y) const;
 
     // Render thread, with the window's framebuffer bound: uploads the changes and blends the layer.
     void draw(int windowWidth, int windowHeight);
