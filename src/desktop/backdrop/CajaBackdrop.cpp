@@ -10,7 +10,7 @@ namespace quellton {
 namespace {
 
 const QString schema = QStringLiteral("org.mate.background");
-const QString opacity = QStringLiteral("picture-opacity");
+const QString picture = QStringLiteral("picture-filename");
 const QString shading = QStringLiteral("color-shading-type");
 const QString primary = QStringLiteral("primary-color");
 
@@ -24,7 +24,7 @@ std::optional<QVariantMap> CajaBackdrop::read() {
     const auto user = [&](const QString& key, auto value) {
         values.insert(key, settings->hasUserValue(key) && value ? QVariant(*value) : QVariant());
     };
-    user(opacity, settings->getInt(opacity));
+    user(picture, settings->getString(picture));
     user(shading, settings->getString(shading));
     user(primary, settings->getString(primary));
     return values;
@@ -35,7 +35,7 @@ bool CajaBackdrop::key() {
     if (!settings) return false;
     const QString color = QColor::fromRgb(backdropKeyColor).name();
     const bool ok = settings->setString(primary, color) && settings->setString(shading, QStringLiteral("solid")) &&
-                    settings->setInt(opacity, 0);
+                    settings->setString(picture, QString());
     GSettingsClient::sync();
     return ok;
 }
@@ -48,8 +48,6 @@ bool CajaBackdrop::restore(const QVariantMap& saved) {
         const QVariant& value = it.value();
         if (!value.isValid())
             ok = settings->reset(it.key()) && ok;
-        else if (value.typeId() == QMetaType::Int)
-            ok = settings->setInt(it.key(), value.toInt()) && ok;
         else
             ok = settings->setString(it.key(), value.toString()) && ok;
     }

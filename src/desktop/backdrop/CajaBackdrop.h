@@ -4,9 +4,10 @@
 
 namespace quellton {
 
-// caja (MATE) draws the backdrop of GSettings org.mate.background. The key leaves the picture's
-// file alone (so the desktop's picture still reads as the user's) and makes it fully transparent
-// over a solid colour: picture-opacity 0, color-shading-type "solid", primary-color the key.
+// caja (MATE) draws the backdrop of GSettings org.mate.background. The key is no picture (an
+// empty picture-filename; caja ignores picture-opacity for a picture it can load) on a solid
+// colour: color-shading-type "solid", primary-color the key. While keyed, the desktop-picture
+// sync reads the user's picture from our record instead.
 class CajaBackdrop : public ManagerBackdrop {
 public:
     std::optional<QVariantMap> read() override;
