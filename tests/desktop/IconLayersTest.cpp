@@ -111,6 +111,23 @@ TEST_F(IconLayersTest, AKeyedLayerIsShownAboveUsWithoutItsKeyAndEveryChangeFollo
     EXPECT_EQ(overlay->size(), QSize(0, 0));
 }
 
+TEST_F(IconLayersTest, ALayerThatAlwaysRaisesItselfGetsItsBackdropBackAndBlocksThePicture) {
+    WarningCounter warnings(QStringLiteral("nicht über die Schreibtischsymbole von »xfdesktop«"));
+    const xcb_window_t desktop = layer("xfdesktop", "Xfdesktop");
+    // Raised over us whenever we got above it, as a manager that keeps its desktop window on top would.
+    ASSERT_TRUE(waitUntil([&] {
+        client.stack(desktop, XCB_STACK_MODE_ABOVE);
+        return layers.blocks(screen);
+    }));
+    EXPECT_EQ(settings.restored, std::vector<IconManager>{IconManager::xfdesktop});
+    EXPECT_EQ(WarningCounter::count(), 1);
+    ASSERT_TRUE(waitUntil([&] { return layers.route(ours) == IconLayerRoute::blocked && directly(false, desktop); }));
+    EXPECT_EQ(overlay->size(), QSize(0, 0));
+    // Its backdrop stays the user's while it runs.
+    settle(500);
+    EXPECT_EQ(settings.keyed.size(), 1u);
+}
+
 TEST_F(IconLayersTest, ASeeThroughLayerHasUsDirectlyBelowOnceSomethingCompositesIt) {
     // Desktop Icons NG cannot run here (it needs GNOME Shell): a window of the same kind stands in.
     const xcb_window_t ding = layer("ding", "Ding", true);

@@ -246,6 +246,14 @@ std::optional<std::uint32_t> IconLayers::keyFor(const IconWindow& layer) {
     return key;
 }
 
+void IconLayers::giveBackKey(IconManager manager) {
+    const auto it = keys_.find(manager);
+    if (it == keys_.end() || !it->second) return;
+    if (settings_) settings_->restoreBackdrop(manager);
+    it->second = std::nullopt;  // not keyed again while this manager's window stays
+    scheduleRefresh();
+}
+
 void IconLayers::releaseKeys(const std::vector<IconWindow>& present) {
     for (auto it = keys_.begin(); it != keys_.end();) {
         const bool stays = std::ranges::any_of(present, [&](const IconWindow& l) { return l.manager == it->first; });
@@ -298,19 +306,22 @@ void IconLayers::refresh() {
         for (const IconWindow& candidate : layers)
             if (overlap(candidate.geometry, ours.screen) > (layer ? overlap(layer->geometry, ours.screen) : 0))
                 layer = &candidate;
-        if (!layer || layer->client != ours.layer) {
+        const std::optional<IconLayerRoute> route = layer ? std::optional(routeOf(*layer)) : std::nullopt;
+        if (!layer || layer->client != ours.layer || route != ours.route) {
             ours.attempts = 0;
             ours.gaveUp = false;
             ours.requestedAt = 0;
         }
         ours.layer = layer ? layer->client : xcb_window_t{XCB_WINDOW_NONE};
-        ours.route = layer ? std::optional(routeOf(*layer)) : std::nullopt;
+        ours.route = route;
         if (layer && ours.route == IconLayerRoute::blocked && !uncapturable_.contains(layer->client))
             logOnce("blocked" + layer->instance,
                     QStringLiteral("Quellton: Die Schreibtischsymbole von »%1« verdecken das Bild, und es gibt keinen "
                                    "Weg, es dahinter zu zeigen; auf diesem Bildschirm bleibt das Bild aus.")
                         .arg(QString::fromStdString(iconManagerName(layer->manager, layer->instance))));
         if (layer) place(ours, *layer, showsIconLayer(*ours.route));
+        // Not above the layer after all: the user's own backdrop is better than the key.
+        if (layer && ours.gaveUp && ours.route == IconLayerRoute::keyed) giveBackKey(layer->manager);
         const bool blocked = ours.route == IconLayerRoute::blocked || (ours.route && showsIconLayer(*ours.route) && ours.gaveUp);
         blockingChanged |= blocked != ours.blocked;
         ours.blocked = blocked;

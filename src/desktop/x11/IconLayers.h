@@ -84,6 +84,7 @@ private:
     void readManager();
     std::optional<std::uint32_t> keyFor(const IconWindow& layer);
     void releaseKeys(const std::vector<IconWindow>& present);
+    void giveBackKey(IconManager manager);
     IconLayerRoute routeOf(const IconWindow& layer);
     void place(Ours& ours, const IconWindow& layer, bool above);
     void restack(const Ours& ours, const IconWindow& layer, bool above);
