@@ -28,11 +28,13 @@ public:
         if (current.value("style") != QStringLiteral("solid")) return std::nullopt;
         return current.value("color").toUInt();
     }
+    QVariantMap keyedValues() override {
+        return {{"style", QStringLiteral("none")}, {"color", 0u}, {"picture", QString()}};
+    }
     bool key() override {
         store_.log.push_back("key");
-        store_.values["style"] = QStringLiteral("none");
-        store_.values["color"] = 0u;
-        store_.values["picture"] = QString();
+        const QVariantMap keyed = keyedValues();
+        for (auto it = keyed.begin(); it != keyed.end(); ++it) store_.values[it.key()] = it.value();
         return !store_.refuseKey;
     }
     bool restore(const QVariantMap& saved) override {
@@ -110,6 +112,24 @@ TEST_F(IconManagerSettingsTest, TheUsersBackdropIsSavedBeforeTheKeyAndComesBackE
     settings->restoreBackdrop(IconManager::xfdesktop);
     EXPECT_EQ(std::ranges::count(store.log, QStringLiteral("restore")), 1);
     EXPECT_FALSE(settings->keyBackdrop(IconManager::caja));
+}
+
+TEST_F(IconManagerSettingsTest, WhatTheUserChoosesWhileTheKeyHoldsIsKeptAndKeyedAgain) {
+    auto settings = make();
+    settings->keyBackdrop(IconManager::xfdesktop);
+    // In the desktop's own settings dialog: a new picture, shown zoomed; the colour left alone.
+    store.values["picture"] = QStringLiteral("/home/u/new.jpg");
+    store.values["style"] = QStringLiteral("zoom");
+    EXPECT_EQ(settings->keyBackdrop(IconManager::xfdesktop), backdropKeyColor);
+    EXPECT_EQ(store.values.value("style"), QStringLiteral("none"));
+    // Nothing changed since: nothing is written.
+    const std::size_t writes = store.log.size();
+    settings->keyBackdrop(IconManager::xfdesktop);
+    EXPECT_EQ(store.log.size(), writes);
+    settings->finish();
+    EXPECT_EQ(store.values.value("picture"), QStringLiteral("/home/u/new.jpg"));
+    EXPECT_EQ(store.values.value("style"), QStringLiteral("zoom"));
+    EXPECT_EQ(store.values.value("color"), 0x336699u);
 }
 
 TEST_F(IconManagerSettingsTest, TheNextStartGivesBackWhatARunThatDiedLeftKeyed) {

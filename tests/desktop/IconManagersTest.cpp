@@ -326,6 +326,24 @@ void IconManagers::wallpaperFirst(const Desktop& desktop) {
 }
 
 TEST_F(IconManagers, Xfdesktop) { iconManagerFirst(xfce, true); }
+
+TEST_F(IconManagers, XfdesktopKeepsABackdropTheUserChoosesWhileThePictureRuns) {
+    begin(xfce);
+    startIconManager();
+    const QImage before = screen_->shot();
+    startWallpaper();
+    ASSERT_TRUE(showsPictureAndIcons(before, "before-choice"));
+    // As xfdesktop's settings dialog writes it.
+    const QString place = QStringLiteral("/backdrop/screen0/monitorscreen/workspace0/");
+    XfconfClient desktop(QStringLiteral("xfce4-desktop"));
+    ASSERT_TRUE(desktop.set(place + QStringLiteral("last-image"), QStringLiteral("/usr/share/pixmaps/debian-logo.png")));
+    ASSERT_TRUE(desktop.set(place + QStringLiteral("image-style"), 1));
+    EXPECT_TRUE(eventually([&] { return desktop.get(place + QStringLiteral("image-style")) == QVariant(0); }, 10000));
+    EXPECT_TRUE(showsPictureAndIcons(before, "after-choice"));
+    EXPECT_TRUE(wallpaper_.stop());
+    EXPECT_EQ(desktop.get(place + QStringLiteral("image-style")), QVariant(1));
+    EXPECT_EQ(desktop.get(place + QStringLiteral("last-image")), QVariant(QStringLiteral("/usr/share/pixmaps/debian-logo.png")));
+}
 TEST_F(IconManagers, XfdesktopStartedAfterThePicture) { wallpaperFirst(xfce); }
 TEST_F(IconManagers, Caja) { iconManagerFirst(mate, true); }
 TEST_F(IconManagers, CajaStartedAfterThePicture) { wallpaperFirst(mate); }

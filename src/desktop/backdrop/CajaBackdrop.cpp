@@ -30,12 +30,18 @@ std::optional<QVariantMap> CajaBackdrop::read() {
     return values;
 }
 
+QVariantMap CajaBackdrop::keyedValues() {
+    return {{primary, QColor::fromRgb(backdropKeyColor).name()}, {shading, QStringLiteral("solid")}, {picture, QString()}};
+}
+
 bool CajaBackdrop::key() {
     std::optional<GSettingsClient> settings = GSettingsClient::open(schema);
     if (!settings) return false;
-    const QString color = QColor::fromRgb(backdropKeyColor).name();
-    const bool ok = settings->setString(primary, color) && settings->setString(shading, QStringLiteral("solid")) &&
-                    settings->setString(picture, QString());
+    const QVariantMap values = keyedValues();
+    // The colour first, so the backdrop never shows the user's colour without the picture.
+    const bool ok = settings->setString(primary, values.value(primary).toString()) &&
+                    settings->setString(shading, values.value(shading).toString()) &&
+                    settings->setString(picture, values.value(picture).toString());
     GSettingsClient::sync();
     return ok;
 }

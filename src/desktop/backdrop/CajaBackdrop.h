@@ -13,6 +13,7 @@ public:
     std::optional<QVariantMap> read() override;
     std::optional<std::uint32_t> solidColor(const QVariantMap&) const override { return std::nullopt; }
     bool key() override;
+    QVariantMap keyedValues() override;
     bool restore(const QVariantMap& saved) override;
 };
 

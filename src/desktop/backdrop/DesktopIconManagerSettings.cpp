@@ -12,6 +12,21 @@ std::optional<IconManager> keyedManagerNamed(const QString& name) {
 
 QString recordName(IconManager manager) { return QString::fromStdString(iconManagerName(manager, {})); }
 
+QVariantMap withKey(QVariantMap values, const QVariantMap& keyed) {
+    for (auto it = keyed.begin(); it != keyed.end(); ++it) values.insert(it.key(), it.value());
+    return values;
+}
+
+QVariantMap userChanges(const QVariantMap& saved, const QVariantMap& current, const QVariantMap& keyed) {
+    QVariantMap merged = saved;
+    for (auto it = current.begin(); it != current.end(); ++it) {
+        // A value other than the key's is one the user set while the key held: it is the one to give back.
+        const auto key = keyed.find(it.key());
+        if (key == keyed.end() || key.value() != it.value()) merged.insert(it.key(), it.value());
+    }
+    return merged;
+}
+
 DesktopIconManagerSettings::DesktopIconManagerSettings(IconManagerServices services)
     : services_(std::move(services)), vault_(services_.vaultPath), nemo_(vault_, services_.windowClass) {}
 
@@ -41,11 +56,17 @@ std::optional<std::uint32_t> DesktopIconManagerSettings::keyBackdrop(IconManager
     const std::unique_ptr<ManagerBackdrop> backdrop = services_.backdrop ? services_.backdrop(manager) : nullptr;
     if (!backdrop) return std::nullopt;
     const QString name = recordName(manager);
-    // Keyed before in this run (the manager's window came back): the record holds the user's values.
-    if (vault_.record(name)) return backdrop->key() ? std::optional(backdropKeyColor) : std::nullopt;
-
     const std::optional<QVariantMap> current = backdrop->read();
     if (!current) return std::nullopt;
+    // Keyed before in this run: the record holds the user's values, and what the user chose since.
+    if (std::optional<BackdropRecord> record = vault_.record(name)) {
+        const QVariantMap chosen = userChanges(record->settings, *current, backdrop->keyedValues());
+        if (chosen == record->settings && *current == withKey(*current, backdrop->keyedValues()))
+            return backdropKeyColor;
+        record->settings = chosen;
+        vault_.store(name, *record);
+        return backdrop->key() ? std::optional(backdropKeyColor) : std::nullopt;
+    }
     if (const std::optional<std::uint32_t> solid = backdrop->solidColor(*current)) return solid;
     BackdropRecord record;
     record.settings = *current;

@@ -43,6 +43,12 @@ private:
     NemoDesktopHandlers nemo_;
 };
 
+// `values` with the key's values over them.
+QVariantMap withKey(QVariantMap values, const QVariantMap& keyed);
+// The user's values to give back, when the store holds `current` while the key should hold:
+// what differs from the key was set by the user meanwhile and replaces the saved value.
+QVariantMap userChanges(const QVariantMap& saved, const QVariantMap& current, const QVariantMap& keyed);
+
 // The managers whose backdrop can be keyed, by the name their records carry.
 std::optional<IconManager> keyedManagerNamed(const QString& name);
 QString recordName(IconManager manager);

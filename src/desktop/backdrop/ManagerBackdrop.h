@@ -22,6 +22,8 @@ public:
     virtual std::optional<std::uint32_t> solidColor(const QVariantMap& current) const = 0;
     // Makes the backdrop the key colour; false when the store refuses.
     virtual bool key() = 0;
+    // The values key() writes, by the names read() uses.
+    virtual QVariantMap keyedValues() = 0;
     // Gives the settings their values from read() back.
     virtual bool restore(const QVariantMap& saved) = 0;
 };

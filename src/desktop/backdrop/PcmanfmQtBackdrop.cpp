@@ -71,9 +71,13 @@ std::optional<std::uint32_t> PcmanfmQtBackdrop::solidColor(const QVariantMap& cu
     return color.isValid() ? color.rgb() : 0xff000000u;
 }
 
+QVariantMap PcmanfmQtBackdrop::keyedValues() {
+    return {{wallpaperKey, keyPicture()}, {modeKey, modes.front()}};
+}
+
 bool PcmanfmQtBackdrop::key() {
     const QString picture = keyPicture();
-    return QFile::exists(picture) && setWallpaper(picture, QStringLiteral("stretch"));
+    return QFile::exists(picture) && setWallpaper(picture, modes.front());
 }
 
 bool PcmanfmQtBackdrop::restore(const QVariantMap& saved) {

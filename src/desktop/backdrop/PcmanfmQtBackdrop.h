@@ -17,6 +17,7 @@ public:
     std::optional<QVariantMap> read() override;
     std::optional<std::uint32_t> solidColor(const QVariantMap& current) const override;
     bool key() override;
+    QVariantMap keyedValues() override;
     bool restore(const QVariantMap& saved) override;
 
     // The profile the running desktop was started with ("default" without --profile).

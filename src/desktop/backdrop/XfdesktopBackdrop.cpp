@@ -44,14 +44,23 @@ std::optional<QVariantMap> XfdesktopBackdrop::read() {
     return values;
 }
 
+QVariantMap XfdesktopBackdrop::keyedValues() {
+    QVariantMap values;
+    for (const QString& place : places()) {
+        values.insert(place + QStringLiteral("/rgba1"), rgba(backdropKeyColor));
+        values.insert(place + QStringLiteral("/color-style"), 0);
+        values.insert(place + QStringLiteral("/image-style"), 0);
+    }
+    return values;
+}
+
 bool XfdesktopBackdrop::key() {
     bool ok = true;
-    for (const QString& place : places()) {
-        // The colour first, so the backdrop never shows the user's colour without the picture.
-        ok = client_.set(place + QStringLiteral("/rgba1"), rgba(backdropKeyColor)) && ok;
-        ok = client_.set(place + QStringLiteral("/color-style"), 0) && ok;
-        ok = client_.set(place + QStringLiteral("/image-style"), 0) && ok;
-    }
+    const QVariantMap values = keyedValues();
+    // The colour first, so the backdrop never shows the user's colour without the picture.
+    for (const QString& name : keyed)
+        for (auto it = values.begin(); it != values.end(); ++it)
+            if (it.key().endsWith(u'/' + name)) ok = client_.set(it.key(), it.value()) && ok;
     return ok;
 }
 

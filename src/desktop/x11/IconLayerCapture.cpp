@@ -26,8 +26,9 @@ bool extensionPresent(xcb_connection_t* c, xcb_extension_t* id) {
 
 }  // namespace
 
-IconLayerCapture::IconLayerCapture(xcb_connection_t* connection, xcb_window_t window, std::optional<std::uint32_t> key)
-    : connection_(connection), window_(window), key_(key) {}
+IconLayerCapture::IconLayerCapture(xcb_connection_t* connection, xcb_window_t window, std::optional<std::uint32_t> key,
+                                   std::function<void()> repainted)
+    : connection_(connection), window_(window), key_(key), repainted_(std::move(repainted)) {}
 
 IconLayerCapture::~IconLayerCapture() {
     for (const Target& target : targets_) target.overlay->reset(0, 0);
@@ -143,6 +144,11 @@ void IconLayerCapture::copyDamage() {
     if (!reply) return;
     const xcb_rectangle_t* rects = xcb_xfixes_fetch_region_rectangles(reply.get());
     const int count = xcb_xfixes_fetch_region_rectangles_length(reply.get());
+    // Hovers and selections touch a little; a new backdrop touches (nearly) everything.
+    const QRect extents(reply->extents.x, reply->extents.y, reply->extents.width, reply->extents.height);
+    if (repainted_ && 2 * std::int64_t(extents.width()) * extents.height() >=
+                          std::int64_t(geometry_.width()) * geometry_.height())
+        repainted_();
     if (count > mostRectangles) {
         copy(QRect(reply->extents.x, reply->extents.y, reply->extents.width, reply->extents.height));
         return;

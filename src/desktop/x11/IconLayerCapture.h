@@ -6,6 +6,7 @@
 #include <QRect>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -29,7 +30,9 @@ public:
     };
 
     // `key`: the colour the layer paints as backdrop; none for a layer with its own alpha.
-    IconLayerCapture(xcb_connection_t* connection, xcb_window_t window, std::optional<std::uint32_t> key);
+    // `repainted` is called when most of the layer was drawn anew (its backdrop may have changed).
+    IconLayerCapture(xcb_connection_t* connection, xcb_window_t window, std::optional<std::uint32_t> key,
+                     std::function<void()> repainted = {});
     ~IconLayerCapture();
     IconLayerCapture(const IconLayerCapture&) = delete;
     IconLayerCapture& operator=(const IconLayerCapture&) = delete;
@@ -58,6 +61,7 @@ private:
     xcb_connection_t* connection_;
     xcb_window_t window_;
     std::optional<std::uint32_t> key_;
+    std::function<void()> repainted_;
     std::uint8_t damageEvent_ = 0;
     xcb_damage_damage_t damage_ = 0;
     xcb_pixmap_t pixmap_ = 0;

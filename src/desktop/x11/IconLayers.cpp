@@ -34,6 +34,15 @@ IconLayers::IconLayers(IconManagerSettings* settings, QObject* parent) : QObject
     // Soon enough that a layer raised over ours is put back within a frame or two.
     refreshSoon_.setInterval(10);
     connect(&refreshSoon_, &QTimer::timeout, this, &IconLayers::refresh);
+    // Once the store and the manager have settled after a repaint.
+    rekeyTimer_.setSingleShot(true);
+    rekeyTimer_.setInterval(250);
+    connect(&rekeyTimer_, &QTimer::timeout, this, [this] {
+        for (IconManager manager : std::exchange(rekeySoon_, {}))
+            if (settings_ && !stopped_ && keys_.contains(manager) && keys_[manager])
+                keys_[manager] = settings_->keyBackdrop(manager);
+        scheduleRefresh();
+    });
 }
 
 IconLayers::~IconLayers() {
@@ -93,6 +102,7 @@ void IconLayers::stop() {
     if (stopped_) return;
     stopped_ = true;
     refreshSoon_.stop();
+    rekeyTimer_.stop();
     captures_.clear();
     for (const auto& [manager, key] : keys_)
         if (key && settings_) settings_->restoreBackdrop(manager);
@@ -281,7 +291,14 @@ IconLayerRoute IconLayers::routeOf(const IconWindow& layer) {
     const std::optional<std::uint32_t> key = route == IconLayerRoute::keyed ? keys_[layer.manager] : std::nullopt;
     if (capture && capture->key() != key) capture.reset();
     if (!capture) {
-        capture = std::make_unique<IconLayerCapture>(connection_.get(), layer.client, key);
+        // A new backdrop may be the user's choice made while the key held: kept for later, keyed again.
+        const IconManager manager = layer.manager;
+        auto repainted = [this, manager] {
+            if (keys_.contains(manager) && keys_[manager]) rekeySoon_.insert(manager);
+            if (!rekeyTimer_.isActive()) rekeyTimer_.start();
+        };
+        capture = std::make_unique<IconLayerCapture>(connection_.get(), layer.client, key,
+                                                     key ? std::function<void()>(repainted) : nullptr);
         if (!capture->start()) {
             captures_.erase(layer.client);
             uncapturable_.insert(layer.client);

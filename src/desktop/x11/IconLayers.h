@@ -111,6 +111,8 @@ private:
     xcb_window_t clock_ = XCB_WINDOW_NONE;
     std::vector<std::pair<xcb_window_t, std::uint32_t>> raises_;
     QTimer refreshSoon_;
+    std::set<IconManager> rekeySoon_;
+    QTimer rekeyTimer_;
 };
 
 }  // namespace quellton::x11
