@@ -17,6 +17,7 @@
 #include "PrivateSession.h"
 #include "SessionLock.h"
 #include "SessionTestSupport.h"
+#include "TestModel.h"
 #include "Wallpaper.h"
 #include "XcbHandles.h"
 
@@ -27,12 +28,6 @@ using test::output;
 using test::run;
 using test::settle;
 using test::waitUntil;
-
-struct NoLoginItem : LoginItem {
-    bool isRegistered() override { return false; }
-    bool registerItem() override { return false; }
-    bool unregisterItem() override { return false; }
-};
 
 const QString sessionPath = QStringLiteral("/test/session");
 
@@ -48,12 +43,7 @@ void emitSignal(const QString& path, const QString& interface, const QString& na
 class WallpaperControllerTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        ModelServices services;
-        services.settings = std::make_unique<SettingsStore>(dir.filePath(QStringLiteral("Quellton.conf")));
-        services.clock = std::make_shared<SystemClock>();
-        services.loginItem = std::make_shared<NoLoginItem>();
-        services.log = [](const std::string&) {};
-        model = std::make_unique<AppModel>(std::move(services));
+        model = test::makeTestModel(dir.filePath(QStringLiteral("Quellton.conf")));
 
         SessionLockSources sources;
         sources.logindBus = QDBusConnection::sessionBus();

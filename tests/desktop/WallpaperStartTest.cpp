@@ -17,6 +17,7 @@
 #include "PulseTestServer.h"
 #include "SessionLock.h"
 #include "SessionTestSupport.h"
+#include "TestModel.h"
 #include "Wallpaper.h"
 #include "WindowSystemGl.h"
 #include "X11TestClient.h"
@@ -28,21 +29,6 @@ namespace {
 using test::settle;
 using test::waitUntil;
 
-struct NoLoginItem : LoginItem {
-    bool isRegistered() override { return false; }
-    bool registerItem() override { return false; }
-    bool unregisterItem() override { return false; }
-};
-
-std::unique_ptr<AppModel> makeModel(const QString& settingsFile) {
-    ModelServices services;
-    services.settings = std::make_unique<SettingsStore>(settingsFile);
-    services.clock = std::make_shared<SystemClock>();
-    services.loginItem = std::make_shared<NoLoginItem>();
-    services.log = [](const std::string&) {};
-    return std::make_unique<AppModel>(std::move(services));
-}
-
 xcb_window_t activeWindow() {
     x11::Connection c = x11::openConnection();
     const x11::Atoms atoms(c.get());
@@ -51,11 +37,24 @@ xcb_window_t activeWindow() {
     return active.empty() ? xcb_window_t{XCB_WINDOW_NONE} : active.front();
 }
 
-TEST(WallpaperStart, AFullscreenWindowOpenedRightAfterTheStartStopsTheDrawing) {
+// Under openbox, drawing through OpenGL on the test's X server.
+class WallpaperStart : public ::testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        manager = test::spawn({"openbox"});
+        ASSERT_TRUE(waitUntil([] { return test::run("xprop -root _NET_SUPPORTING_WM_CHECK | grep -q window") == 0; }));
+        std::string error;
+        ASSERT_TRUE(useWindowSystemGl(&error)) << error;
+    }
+    static void TearDownTestSuite() { test::terminate(manager); }
+    static inline pid_t manager = -1;
+};
+
+TEST_F(WallpaperStart, AFullscreenWindowOpenedRightAfterTheStartStopsTheDrawing) {
     QTemporaryDir dir;
     // The race was between the watcher's start and the manager's answer to the new window: try it a few times.
     for (int round = 0; round < 5; ++round) {
-        auto model = makeModel(dir.filePath(QStringLiteral("Quellton.conf")));
+        auto model = test::makeTestModel(dir.filePath(QStringLiteral("Quellton.conf")));
         WallpaperController controller(*model, makeDesktopBackend(), nullptr);
         // Another program maps a window and asks for fullscreen while the wallpaper starts, as a
         // player or browser started together with it at login does.
@@ -89,22 +88,3 @@ TEST(WallpaperStart, AFullscreenWindowOpenedRightAfterTheStartStopsTheDrawing) {
 }  // namespace
 }  // namespace quellton
 
-int main(int argc, char** argv) {
-    ::testing::InitGoogleTest(&argc, argv);
-    quellton::test::PrivateSession session;
-    if (!session.ready()) {
-        std::cerr << "Xvfb or dbus-daemon did not start" << std::endl;
-        return 1;
-    }
-    const pid_t manager = quellton::test::spawn({"openbox"});
-    QGuiApplication app(argc, argv);
-    quellton::test::waitUntil([] { return quellton::test::run("xprop -root _NET_SUPPORTING_WM_CHECK | grep -q window") == 0; });
-    std::string error;
-    if (!quellton::useWindowSystemGl(&error)) {
-        std::cerr << "no OpenGL on the X server: " << error << std::endl;
-        return 1;
-    }
-    const int status = RUN_ALL_TESTS();
-    quellton::test::terminate(manager);
-    return status;
-}
