@@ -124,8 +124,11 @@ TEST_F(IconLayersTest, ALayerThatAlwaysRaisesItselfGetsItsBackdropBackAndBlocksT
     ASSERT_TRUE(waitUntil([&] { return layers.route(ours) == IconLayerRoute::blocked && directly(false, desktop); }));
     EXPECT_EQ(overlay->size(), QSize(0, 0));
     // Its backdrop stays the user's while it runs.
-    settle(500);
-    EXPECT_EQ(settings.keyed.size(), 1u);
+    const std::size_t keyed = settings.keyed.size();
+    client.fill(desktop, screen, 0xff102030u);
+    settle(800);
+    EXPECT_EQ(settings.keyed.size(), keyed);
+    EXPECT_EQ(settings.restored.size(), 1u);
 }
 
 TEST_F(IconLayersTest, ASeeThroughLayerHasUsDirectlyBelowOnceSomethingCompositesIt) {

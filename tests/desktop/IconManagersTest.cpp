@@ -224,8 +224,14 @@ protected:
         const QPoint folder = desktop_->folder;
         const QRect label(folder.x() - 50, folder.y() + 24, 100, 34);
         const int before = test::selectionBlue(screen_->shot(), label);
-        click(folder);
-        const bool selected = eventually([&] { return test::selectionBlue(screen_->shot(), label) > before + 150; }, 8000);
+        // Away again after each click, so no tooltip covers the label. On a loaded machine xfdesktop
+        // has let a first click after the start go unanswered now and then: a second one is allowed.
+        bool selected = false;
+        for (int attempt = 0; attempt < 2 && !selected; ++attempt) {
+            click(folder);
+            test::run("xdotool mousemove 1000 650");
+            selected = eventually([&] { return test::selectionBlue(screen_->shot(), label) > before + 150; }, 8000);
+        }
         test::keepShot(screen_->shot(), desktop_->name + "-selected");
         ASSERT_TRUE(selected) << test::selectionBlue(screen_->shot(), label) << " blue pixels, " << before << " before";
         EXPECT_TRUE(neverActive());

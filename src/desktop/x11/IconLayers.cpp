@@ -6,6 +6,7 @@
 #include <QDateTime>
 
 #include <algorithm>
+#include <cstdlib>
 
 #include "IconManagerSettings.h"
 #include "WindowOverlay.h"
@@ -64,9 +65,8 @@ bool IconLayers::start() {
     if (atom) compositorSelection_ = atom->atom;
     const xcb_query_extension_reply_t* fixes = xcb_get_extension_data(c, &xcb_xfixes_id);
     if (fixes && fixes->present && compositorSelection_) {
-        const Reply<xcb_xfixes_query_version_reply_t> version(
-            xcb_xfixes_query_version_reply(c, xcb_xfixes_query_version(c, 2, 0), nullptr));
-        fixesEvent_ = fixes->first_event;
+        // The extension's version handshake comes before its first request on a connection.
+        std::free(xcb_xfixes_query_version_reply(c, xcb_xfixes_query_version(c, 2, 0), nullptr));
         xcb_xfixes_select_selection_input(c, connection_.root(), compositorSelection_,
                                           XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER |
                                               XCB_XFIXES_SELECTION_EVENT_MASK_SELECTION_WINDOW_DESTROY |

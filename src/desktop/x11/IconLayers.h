@@ -96,7 +96,6 @@ private:
     EventConnection connection_;
     std::unique_ptr<Atoms> atoms_;
     xcb_atom_t compositorSelection_ = XCB_ATOM_NONE;
-    std::uint8_t fixesEvent_ = 0;
     bool managerRuns_ = false;
     bool managerRestacks_ = false;
     bool stopped_ = false;
