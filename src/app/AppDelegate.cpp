@@ -1,13 +1,18 @@
 #include "AppDelegate.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QMetaObject>
+#include <QWindow>
 
 #include <algorithm>
 #include <fstream>
 
+#include "AppIcons.h"
 #include "AppModel.h"
 #include "AudioSpectrum.h"
+#include "GalleryWindowFactory.h"
+#include "QuitKey.h"
+#include "TrayItem.h"
 #include "Wallpaper.h"
 
 namespace quellton {
@@ -27,6 +32,11 @@ void runOnMainThread(std::function<void()> work) {
 AppDelegate::AppDelegate(bool launchedAtLogin, QObject* parent)
     : QObject(parent), launchedAtLogin_(launchedAtLogin) {}
 
+AppDelegate::~AppDelegate() {
+    // The window hides as it is destroyed; that is no closing by the user.
+    if (gallery) gallery->disconnect(this);
+}
+
 void AppDelegate::didFinishLaunching() {
     AudioSpectrumOptions options;
     options.mainThread = runOnMainThread;
@@ -34,6 +44,8 @@ void AppDelegate::didFinishLaunching() {
     sharedModelHooks().scheduleWallpaper = [] { SystemWallpaper::shared().schedule(); };
     sharedModelHooks().restoreWallpaper = [] { SystemWallpaper::shared().restoreOriginal(); };
     AppModel::shared().start();
+    QGuiApplication::setWindowIcon(applicationIcon());
+    tray = std::make_unique<TrayItem>(AppModel::shared(), [this] { showGallery(); });
     // A failed set-up leaves capture off without a message; the gallery shows the status.
     AudioSpectrum::shared().start();
     WallpaperController::shared().start();
@@ -42,7 +54,21 @@ void AppDelegate::didFinishLaunching() {
 
 void AppDelegate::reopen() { showGallery(); }
 
-void AppDelegate::showGallery() { qInfo("Quellton: Die Galerie ist in dieser Version noch nicht enthalten."); }
+void AppDelegate::showGallery() {
+    if (!gallery) {
+        gallery = makeGalleryWindow();
+        connect(gallery.get(), &QWindow::visibleChanged, this, [this](bool visible) {
+            if (!visible) windowWillClose();
+        });
+        quitOnKey(*gallery);
+    }
+    gallery->setWindowStates(gallery->windowStates() & ~Qt::WindowMinimized);
+    gallery->show();
+    gallery->raise();
+    gallery->requestActivate();
+}
+
+void AppDelegate::windowWillClose() { AppModel::shared().setHoverID(std::nullopt); }
 
 void AppDelegate::willTerminate() {
     AudioSpectrum::shared().stop();

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 
+#include <cstdlib>
 #include <iostream>
 
 #include "AppDelegate.h"
@@ -16,11 +17,16 @@
 namespace quellton::Application {
 
 int run(int& argc, char** argv, std::span<const std::string> args) {
-    if (!graphicalSessionAvailable()) {
+    switch (chooseDisplayServer()) {
+    case DisplayServer::none:
         std::cerr << noDisplayMessage << std::endl;
         return 1;
+    case DisplayServer::waylandWithoutBackground:
+        std::cerr << noBackgroundLayerMessage(std::getenv("XDG_CURRENT_DESKTOP")) << std::endl;
+        return 1;
+    case DisplayServer::x11:
+    case DisplayServer::wayland: break;
     }
-    preferX11Platform();
 
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quellton"));
@@ -34,11 +40,6 @@ int run(int& argc, char** argv, std::span<const std::string> args) {
         return 0;
     }
 
-    if (QGuiApplication::platformName() != QStringLiteral("xcb")) {
-        std::cerr << "Quellton: Der Hintergrund braucht derzeit X11 (oder XWayland); diese Sitzung bietet es nicht."
-                  << std::endl;
-        return 1;
-    }
     std::string error;
     if (!useWindowSystemGl(&error)) {
         std::cerr << "Quellton: Auf diesem Bildschirm gibt es kein OpenGL 3.3 (" << error << ")." << std::endl;

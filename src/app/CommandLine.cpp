@@ -4,11 +4,23 @@
 #include <cctype>
 #include <cerrno>
 #include <cstdlib>
+#include <string_view>
 
 #include "Catalog.h"
 #include "Palette.h"
 
 namespace quellton {
+
+namespace {
+
+// An optional sign followed by at least one digit and nothing else.
+bool isInteger(const std::string& text) {
+    const std::size_t sign = (!text.empty() && (text[0] == '+' || text[0] == '-')) ? 1 : 0;
+    return text.size() > sign &&
+           std::all_of(text.begin() + long(sign), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+}  // namespace
 
 std::optional<double> parseNumber(const std::string& text) {
     if (text.empty() || std::isspace(static_cast<unsigned char>(text.front()))) return std::nullopt;
@@ -19,10 +31,7 @@ std::optional<double> parseNumber(const std::string& text) {
 }
 
 std::optional<int> parsePaletteIndex(const std::string& text, int paletteCount) {
-    std::size_t digits = (!text.empty() && (text[0] == '+' || text[0] == '-')) ? 1 : 0;
-    if (digits == text.size()) return std::nullopt;
-    if (!std::all_of(text.begin() + long(digits), text.end(), [](char c) { return c >= '0' && c <= '9'; }))
-        return std::nullopt;
+    if (!isInteger(text)) return std::nullopt;
     errno = 0;
     const long long value = std::strtoll(text.c_str(), nullptr, 10);
     if (errno == ERANGE || value < 0 || value >= paletteCount) return std::nullopt;
@@ -65,7 +74,77 @@ CommandLineMode recognizeMode(std::span<const std::string> args) {
     if (auto still = stillMode(args)) return *still;
     if (firstIndex(args, "--bench") >= 0) return BenchMode{};
     if (const long i = firstIndex(args, "--icon"); hasOperands(args, i, 1)) return IconMode{args[i + 1]};
+    if (firstIndex(args, "--help") >= 0 || firstIndex(args, "-h") >= 0) return HelpMode{};
+    if (firstIndex(args, "--version") >= 0) return VersionMode{};
     return NoMode{};
+}
+
+namespace {
+
+constexpr std::string_view ownFlags[] = {"--snapshots", "--selftest", "--still", "--bench",    "--icon",
+                                         "--help",      "-h",         "--version", "--autostart"};
+
+// How many of the arguments after one of our flags are its operands.
+std::size_t ownOperands(std::string_view flag, std::span<const std::string> after) {
+    std::size_t count = 0;
+    if (flag == "--icon") count = 1;
+    if (flag == "--snapshots") count = after.size() >= 2 && parseNumber(after[1]) ? 2 : 1;
+    if (flag == "--still") count = after.size() >= 6 && isInteger(after[5]) ? 6 : 5;
+    return std::min(count, after.size());
+}
+
+// What QApplication removes from the argument list on X11: QGuiApplication's options, the xcb
+// platform's (among them the aliases -geometry, -title and -icon) and QApplication's. Each is
+// also taken with two dashes.
+enum class Takes { flag, value, valueOrJoined };
+struct QtOption {
+    std::string_view name;
+    Takes takes;
+};
+constexpr QtOption qtOptions[] = {
+    {"platform", Takes::value},       {"platformpluginpath", Takes::value},
+    {"platformtheme", Takes::value},  {"plugin", Takes::value},
+    {"qwindowgeometry", Takes::value}, {"qwindowtitle", Takes::value},
+    {"qwindowicon", Takes::value},    {"geometry", Takes::value},
+    {"title", Takes::value},          {"icon", Takes::value},
+    {"display", Takes::value},        {"name", Takes::value},
+    {"visual", Takes::value},         {"session", Takes::value},
+    {"style", Takes::valueOrJoined},  {"stylesheet", Takes::valueOrJoined},
+    {"qmljsdebugger", Takes::valueOrJoined},
+    {"reverse", Takes::flag},         {"testability", Takes::flag},
+    {"widgetcount", Takes::flag},     {"nograb", Takes::flag},
+    {"dograb", Takes::flag},          {"qdevel", Takes::flag},
+    {"qdebug", Takes::flag},
+};
+
+// How many arguments from this one on Qt takes: 0 when it is no option of Qt's.
+std::size_t qtTakes(std::string_view arg, bool valueFollows) {
+    std::string_view name = arg.substr(arg.starts_with("--") ? 2 : 1);
+    for (const QtOption& option : qtOptions) {
+        if (name == option.name) return option.takes != Takes::flag && valueFollows ? 2 : 1;
+        if (option.takes == Takes::valueOrJoined && name.starts_with(option.name) &&
+            name.substr(option.name.size()).starts_with('='))
+            return 1;
+    }
+    return 0;
+}
+
+}  // namespace
+
+std::vector<std::string> ignoredOptions(std::span<const std::string> args) {
+    std::vector<std::string> ignored;
+    for (std::size_t i = 1; i < args.size(); ++i) {
+        const std::string& arg = args[i];
+        if (arg.size() < 2 || arg[0] != '-') continue;
+        if (std::find(std::begin(ownFlags), std::end(ownFlags), arg) != std::end(ownFlags)) {
+            i += ownOperands(arg, args.subspan(i + 1));
+        } else if (const std::size_t taken = qtTakes(arg, i + 1 < args.size())) {
+            i += taken - 1;
+        } else {
+            ignored.push_back(arg);
+        }
+    }
+    return ignored;
 }
 
 }  // namespace quellton

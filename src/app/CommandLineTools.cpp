@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "CommandLine.h"
+#include "CommandLineHelp.h"
 #include "OfflineTools.h"
 #include "SelfTest.h"
 #include "ShaderLibrary.h"
@@ -20,6 +21,14 @@ struct ModeRunner {
     std::optional<int> operator()(const StillMode& m) const { return OfflineTools::still(ShaderLibrary::shared(), m); }
     std::optional<int> operator()(const BenchMode&) const { return OfflineTools::bench(ShaderLibrary::shared(), std::cout); }
     std::optional<int> operator()(const IconMode& m) const { return OfflineTools::icon(ShaderLibrary::shared(), m.output); }
+    std::optional<int> operator()(const HelpMode&) const {
+        std::cout << CommandLineHelp::usage() << std::flush;
+        return 0;
+    }
+    std::optional<int> operator()(const VersionMode&) const {
+        std::cout << CommandLineHelp::version() << std::endl;
+        return 0;
+    }
 };
 
 }  // namespace

@@ -1,9 +1,11 @@
 #include "GraphicalSession.h"
 
 #include <sys/stat.h>
+#include <wayland-client.h>
 #include <xcb/xcb.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <string>
 
 namespace quellton {
@@ -34,12 +36,53 @@ bool waylandSocketExists() {
     return stat(socket.c_str(), &info) == 0 && S_ISSOCK(info.st_mode);
 }
 
+// Whether the compositor announces the background layer's global.
+bool compositorHasLayerShell() {
+    wl_display* display = wl_display_connect(nullptr);
+    if (!display) return false;
+    bool found = false;
+    wl_registry* registry = wl_display_get_registry(display);
+    static const wl_registry_listener listener{
+        [](void* data, wl_registry*, uint32_t, const char* interface, uint32_t) {
+            if (std::strcmp(interface, "zwlr_layer_shell_v1") == 0) *static_cast<bool*>(data) = true;
+        },
+        [](void*, wl_registry*, uint32_t) {},
+    };
+    wl_registry_add_listener(registry, &listener, &found);
+    wl_display_roundtrip(display);
+    wl_registry_destroy(registry);
+    wl_display_disconnect(display);
+    return found;
+}
+
+void usePlatform(const char* platform) {
+    if (!nonEmpty("QT_QPA_PLATFORM")) setenv("QT_QPA_PLATFORM", platform, 1);
+}
+
 }  // namespace
 
-bool graphicalSessionAvailable() { return xServerAnswers() || waylandSocketExists(); }
+DisplayServer chooseDisplayServer() {
+    const std::string chosen = nonEmpty("QT_QPA_PLATFORM") ? std::getenv("QT_QPA_PLATFORM") : "";
+    const bool wantsX11 = chosen.starts_with("xcb");
+    if (!wantsX11 && waylandSocketExists()) {
+        if (!compositorHasLayerShell()) return DisplayServer::waylandWithoutBackground;
+        usePlatform("wayland");
+        return DisplayServer::wayland;
+    }
+    if (xServerAnswers()) {
+        usePlatform("xcb");
+        return DisplayServer::x11;
+    }
+    return DisplayServer::none;
+}
 
-void preferX11Platform() {
-    if (!nonEmpty("QT_QPA_PLATFORM") && xServerAnswers()) setenv("QT_QPA_PLATFORM", "xcb", 1);
+std::string noBackgroundLayerMessage(const char* desktop) {
+    const std::string name = desktop ? desktop : "";
+    if (name.find("GNOME") != std::string::npos)
+        return "Quellton: GNOME unter Wayland lässt kein Bild hinter die Schreibtischsymbole (es fehlt wlr-layer-shell). "
+               "Melde dich mit „GNOME auf Xorg“ an, dort läuft Quellton.";
+    return "Quellton: Dieser Wayland-Compositor lässt kein Bild hinter die Schreibtischsymbole (es fehlt wlr-layer-shell). "
+           "Melde dich in einer X11-Sitzung an, dort läuft Quellton.";
 }
 
 }  // namespace quellton

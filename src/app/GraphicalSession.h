@@ -1,13 +1,21 @@
 #pragma once
 
+#include <string>
+
 namespace quellton {
 
-// Whether a display server answers: an X server under DISPLAY or a Wayland socket under
-// WAYLAND_DISPLAY. Checked before the toolkit starts, because it aborts without one.
-bool graphicalSessionAvailable();
+enum class DisplayServer {
+    none,                     // no X server answers and no Wayland socket exists
+    x11,                      // an X server, also XWayland where the user asked for it
+    wayland,                  // a compositor with a background layer (wlr-layer-shell)
+    waylandWithoutBackground  // a compositor with no place behind the desktop (GNOME)
+};
 
-// The wallpaper's desktop layer exists on X11 only for now: where an X server answers, the
-// toolkit is asked to use it (also under XWayland), unless the user chose a platform.
-void preferX11Platform();
+// Picks the display server before the toolkit starts (it aborts without one) and asks the toolkit
+// to use it, unless the user chose a platform with QT_QPA_PLATFORM.
+DisplayServer chooseDisplayServer();
+
+// The one line for a Wayland session without a background layer; `desktop` is XDG_CURRENT_DESKTOP.
+std::string noBackgroundLayerMessage(const char* desktop);
 
 }  // namespace quellton

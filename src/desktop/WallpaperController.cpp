@@ -36,9 +36,16 @@ WallpaperController::WallpaperController(AppModel& model, std::unique_ptr<Deskto
 
 WallpaperController::~WallpaperController() = default;
 
+std::vector<WallpaperSurface*> WallpaperController::surfaces() const {
+    std::vector<WallpaperSurface*> result;
+    for (const Record& record : windows_) result.push_back(record.surface.get());
+    return result;
+}
+
 std::vector<Canvas*> WallpaperController::canvases() const {
     std::vector<Canvas*> result;
-    for (const Record& record : windows_) result.push_back(record.canvas.get());
+    for (const Record& record : windows_)
+        if (Canvas* canvas = record.surface->window()) result.push_back(canvas);
     return result;
 }
 
@@ -66,6 +73,7 @@ void WallpaperController::start() {
     connect(backend_.get(), &DesktopBackend::displaysAsleepChanged, this, &WallpaperController::setScreensAsleep);
     connect(backend_.get(), &DesktopBackend::coverageChanged, this, &WallpaperController::refreshHidden);
     connect(backend_.get(), &DesktopBackend::leftClick, this, &WallpaperController::ripple);
+    connect(backend_.get(), &DesktopBackend::screensChanged, this, &WallpaperController::scheduleRebuild);
     if (lock_) {
         connect(lock_.get(), &SessionLock::lockedChanged, this, &WallpaperController::setLocked);
         lock_->start();
@@ -97,54 +105,39 @@ void WallpaperController::stop() {
 
 void WallpaperController::closeWindows() {
     for (Record& record : windows_) {
-        if (backend_) backend_->windowClosing(*record.canvas);
-        record.canvas->close();
-        record.canvas.reset();
+        if (Canvas* window = record.surface->window(); window && backend_) backend_->windowClosing(*window);
+        record.surface.reset();
     }
     windows_.clear();
 }
 
 void WallpaperController::rebuild() {
     if (stopped_) return;
-    const QList<QScreen*> screens = QGuiApplication::screens();
-    const std::vector<QScreen*> kept = keptScreens(std::vector<QScreen*>(screens.begin(), screens.end()), model_.allScreens());
+    const std::vector<DesktopScreen> kept = keptScreens(backend_->screens(), model_.allScreens());
     std::vector<RectF> frames;
-    for (const QScreen* screen : kept) frames.push_back(globalFrame(screen->geometry()));
+    for (const DesktopScreen& screen : kept) frames.push_back(globalFrame(screen.geometry));
     if (layoutUnchanged(layout_, frames, !windows_.empty())) return;
     layout_ = frames;
 
     closeWindows();
-    for (QScreen* screen : kept) windows_.push_back({makeWindow(screen)});
+    for (const DesktopScreen& screen : kept)
+        if (auto surface = backend_->makeSurface(screen)) windows_.push_back({std::move(surface)});
     refreshHidden();
-}
-
-std::unique_ptr<Canvas> WallpaperController::makeWindow(QScreen* screen) {
-    auto canvas = std::make_unique<Canvas>(Role::wallpaper);
-    canvas->setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowTransparentForInput |
-                     Qt::WindowDoesNotAcceptFocus | Qt::WindowStaysOnBottomHint);
-    canvas->setTitle(QStringLiteral("Quellton"));
-    canvas->setScreen(screen);
-    canvas->setGeometry(screen->geometry());
-    canvas->create();
-    backend_->prepareWindow(*canvas);
-    canvas->show();
-    backend_->windowShown(*canvas);
-    return canvas;
 }
 
 void WallpaperController::refreshHidden() {
     for (const Record& record : windows_) {
-        Canvas& canvas = *record.canvas;
-        const bool covered = backend_->covered(canvas.geometry(), canvas.devicePixelRatio());
-        canvas.inputs().setHidden(wallpaperHidden(screensAsleep_, locked_, covered));
+        WallpaperSurface& surface = *record.surface;
+        const bool covered = backend_->covered(surface.geometry(), surface.devicePixelRatio());
+        surface.inputs().setHidden(wallpaperHidden(screensAsleep_, locked_, covered));
     }
 }
 
 void WallpaperController::ripple(QPointF global) {
     const QPointF point = Canvas::toBottomUp(global);
     for (const Record& record : windows_) {
-        if (globalFrame(record.canvas->geometry()).contains(point.x(), point.y()))
-            record.canvas->inputs().rippleAtScreen(point.x(), point.y(), hostTimeNow());
+        if (globalFrame(record.surface->geometry()).contains(point.x(), point.y()))
+            record.surface->inputs().rippleAtScreen(point.x(), point.y(), hostTimeNow());
     }
 }
 

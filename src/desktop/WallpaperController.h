@@ -17,9 +17,10 @@ class AppModel;
 class Canvas;
 class DesktopBackend;
 class SessionLock;
+class WallpaperSurface;
 
 // Puts the running visualization behind the desktop icons: one click-through desktop-layer
-// window with a wallpaper canvas on every screen (or only the primary one), hidden while the
+// surface with a wallpaper renderer on every screen (or only the primary one), hidden while the
 // displays sleep, the session is locked or a window covers the screen, and a ripple for every
 // left click on a screen. Main thread only; lives as long as the process once started.
 class WallpaperController : public QObject {
@@ -40,6 +41,8 @@ public:
     void stop();
 
     // What runs now, for diagnostics and tests.
+    std::vector<WallpaperSurface*> surfaces() const;
+    // The surfaces that are Qt windows.
     std::vector<Canvas*> canvases() const;
     const std::vector<RectF>& layout() const { return layout_; }
     bool screensAsleep() const { return screensAsleep_; }
@@ -47,7 +50,7 @@ public:
 
 private:
     struct Record {
-        std::unique_ptr<Canvas> canvas;
+        std::unique_ptr<WallpaperSurface> surface;
     };
 
     void rebuild();
@@ -57,7 +60,6 @@ private:
     void watchScreen(QScreen* screen);
     void setScreensAsleep(bool asleep);
     void setLocked(bool locked);
-    std::unique_ptr<Canvas> makeWindow(QScreen* screen);
     void closeWindows();
 
     AppModel& model_;

@@ -2,6 +2,8 @@
 
 #include <QTimer>
 
+#include <algorithm>
+
 #include "Catalog.h"
 #include "Palette.h"
 
@@ -99,6 +101,15 @@ void AppModel::assign(T& field, T value, void (AppModel::*changed)(), Effects ef
 
 void AppModel::setHearing(bool on) { assign(hearing_, on, &AppModel::hearingChanged, [] {}); }
 void AppModel::setReady(bool on) { assign(ready_, on, &AppModel::readyChanged, [] {}); }
+
+// Publications carry freshly loaded or rendered images, so identity (the cache key) tells a change.
+void AppModel::setThumbnails(std::map<std::string, QImage> images) {
+    const bool same = std::ranges::equal(thumbnails_, images, [](const auto& a, const auto& b) {
+        return a.first == b.first && a.second.cacheKey() == b.second.cacheKey();
+    });
+    thumbnails_ = std::move(images);
+    if (!same) emit thumbnailsChanged();
+}
 
 void AppModel::schedule() {
     if (services.hooks.scheduleWallpaper) services.hooks.scheduleWallpaper();

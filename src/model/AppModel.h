@@ -1,10 +1,12 @@
 #pragma once
 
+#include <QImage>
 #include <QObject>
 #include <QString>
 #include <QStringList>
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <random>
 #include <set>
@@ -89,6 +91,9 @@ public:
     void setLaunchAtLogin(bool on);
     bool hearing() const { return hearing_; }
     bool ready() const { return ready_; }
+    // The gallery's stills by visualizer id, replaced whole by every publication of a thumbnail pass.
+    const std::map<std::string, QImage>& thumbnails() const { return thumbnails_; }
+    void setThumbnails(std::map<std::string, QImage> images);
 
     // Installed by the wallpaper controller; called on every assignment of allScreens.
     void setOnScreensChanged(std::function<void()> callback) { onScreensChanged = std::move(callback); }
@@ -144,6 +149,7 @@ signals:
     void launchAtLoginChanged();
     void hearingChanged();
     void readyChanged();
+    void thumbnailsChanged();
 
 private:
     void load();
@@ -177,6 +183,7 @@ private:
     bool launchAtLogin_ = false;
     bool hearing_ = false;
     bool ready_ = false;
+    std::map<std::string, QImage> thumbnails_;
     std::function<void()> onScreensChanged;
     double mixStarted_ = 0;
     std::vector<std::string> mixOrder_;

@@ -6,6 +6,7 @@
 #include "AppModel.h"
 #include "AudioSpectrum.h"
 #include "ShaderLibrary.h"
+#include "Thumbnails.h"
 #include "XdgAutostart.h"
 
 namespace quellton {
@@ -49,7 +50,7 @@ ModelServices defaultServices() {
     services.hooks.restoreWallpaper = [] {
         if (const auto& hook = sharedModelHooks().restoreWallpaper) hook();
     };
-    // The thumbnails plug into services.hooks when they exist.
+    services.hooks.renderThumbnails = applicationThumbnailHook();
     return services;
 }
 

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
+#include <string_view>
 #include <system_error>
 
 namespace quellton {
@@ -52,8 +53,16 @@ XdgAutostart::XdgAutostart(fs::path directory, fs::path program)
 
 XdgAutostart XdgAutostart::forCurrentUser() {
     std::error_code error;
-    fs::path self = fs::read_symlink("/proc/self/exe", error);
-    return XdgAutostart(configHome() / "autostart", error ? fs::path("quellton") : self);
+    const fs::path self = fs::read_symlink("/proc/self/exe", error);
+    return XdgAutostart(configHome() / "autostart", error ? fs::path("quellton") : programFromLink(self.string()));
+}
+
+// A package upgrade replaces the binary under the running program, and the kernel then names it
+// "<path> (deleted)"; the new binary at that path is the one to start at the next login.
+fs::path XdgAutostart::programFromLink(std::string link) {
+    constexpr std::string_view replaced = " (deleted)";
+    if (link.ends_with(replaced)) link.erase(link.size() - replaced.size());
+    return link;
 }
 
 fs::path XdgAutostart::entryPath() const { return directory / entryName; }
@@ -63,6 +72,7 @@ std::string XdgAutostart::entryText(const fs::path& program) {
     text << "[Desktop Entry]\n"
          << "Type=Application\n"
          << "Name=Quellton\n"
+         << "Icon=" QUELLTON_APP_ID "\n"
          << "Exec=" << execArgument(program.string()) << " --autostart\n"
          << "Terminal=false\n"
          << "X-GNOME-Autostart-enabled=true\n";

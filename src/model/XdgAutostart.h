@@ -23,6 +23,9 @@ public:
 
     // The text of the entry; the program path is quoted by the Desktop Entry rules.
     static std::string entryText(const std::filesystem::path& program);
+    // The program a link to the running executable names. An installed program is entered by
+    // its absolute path, so the entry starts this very installation, whatever PATH the session has.
+    static std::filesystem::path programFromLink(std::string link);
 
 private:
     std::filesystem::path directory;

@@ -21,14 +21,14 @@ double flipHeight() {
     return primary ? primary->geometry().top() + primary->geometry().height() : 0.0;
 }
 
+}  // namespace
+
 RendererEnvironment canvasEnvironment() {
     RendererEnvironment env = RendererEnvironment::live();
     if (QGuiApplication::platformName() == QStringLiteral("xcb")) env.pointer = x11PointerPosition;
     env.mainDisplayHeight = flipHeight();
     return env;
 }
-
-}  // namespace
 
 QPointF Canvas::toBottomUp(QPointF global) { return {global.x(), flipHeight() - global.y()}; }
 

@@ -11,6 +11,10 @@ namespace quellton {
 class VisualRenderer;
 class WindowOverlay;
 struct CanvasLink;
+struct RendererEnvironment;
+
+// The live sources of a renderer that draws for one of this application's windows, pointer included.
+RendererEnvironment canvasEnvironment();
 
 // A window whose picture the render thread draws: a wallpaper on one screen or the gallery's preview.
 // It keeps its renderer's geometry in step, draws while it is exposed and turns clicks into ripples.

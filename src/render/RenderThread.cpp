@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <future>
 
+#include "FrameReadback.h"
 #include "ShaderLibrary.h"
 #include "VisualRenderer.h"
 #include "WindowOverlay.h"
@@ -57,12 +58,25 @@ std::shared_ptr<CanvasLink> RenderThread::add(std::shared_ptr<VisualRenderer> re
     link->renderer = renderer;
     link->window = window;
     link->overlay = std::move(overlay);
+    return enlist(std::move(link));
+}
+
+std::shared_ptr<CanvasLink> RenderThread::addOffscreen(std::shared_ptr<VisualRenderer> renderer,
+                                                      std::shared_ptr<FrameMailbox> frames) {
+    auto link = std::make_shared<CanvasLink>();
+    link->renderer = renderer;
+    link->readback = std::make_unique<FrameReadback>(std::move(frames));
+    return enlist(std::move(link));
+}
+
+std::shared_ptr<CanvasLink> RenderThread::enlist(std::shared_ptr<CanvasLink> link) {
     post([this, link] { links_.push_back(link); });
     return link;
 }
 
 void RenderThread::remove(const std::shared_ptr<CanvasLink>& link) {
     if (stopped_) {  // the context is gone; what is left dies with the process
+        link->readback.reset();
         link->drawable.reset();
         link->surface.reset();
         return;
@@ -73,6 +87,7 @@ void RenderThread::remove(const std::shared_ptr<CanvasLink>& link) {
         if (context_) context_->makeCurrent();  // the drawable and the renderer's textures belong to this context
         if (const auto renderer = link->renderer.lock()) renderer->releaseGpuResources();
         if (link->overlay) link->overlay->releaseGpuResources();
+        link->readback.reset();
         link->drawable.reset();
         link->surface.reset();
         done.set_value();
@@ -81,7 +96,6 @@ void RenderThread::remove(const std::shared_ptr<CanvasLink>& link) {
 }
 
 void RenderThread::run() {
-    // Thread names are cut to 15 characters on Linux.
     // Linux keeps 15 characters of a thread name: the end of the full one tells the threads apart.
     const std::string name = QUELLTON_APP_ID ".render";
     pthread_setname_np(pthread_self(), name.substr(name.size() - 15).c_str());
@@ -133,11 +147,13 @@ void RenderThread::draw(CanvasLink& link, double now) {
         link.nextDue = now + 0.1;
         return;
     }
-    if (!link.surface && !link.surfaceFailed) {
+    if (!link.readback && !link.surface && !link.surfaceFailed) {
         link.surface = ShaderLibrary::shared().provider().createWindowSurface(link.window);
         link.surfaceFailed = !link.surface;
     }
-    if (!link.surface || !context_->makeCurrent(*link.surface)) {
+    if (link.surface) link.surface->resize(link.pixelWidth, link.pixelHeight);
+    const bool current = link.readback ? context_->makeCurrent() : link.surface && context_->makeCurrent(*link.surface);
+    if (!current) {
         link.nextDue = now + 0.5;
         return;
     }
@@ -145,7 +161,10 @@ void RenderThread::draw(CanvasLink& link, double now) {
     if (!link.drawable) return;
 
     const VisualRenderer::Frame frame = renderer->render(now, *link.drawable);
-    if (frame.drawn) {
+    if (frame.drawn && link.readback) {
+        link.readback->capture(*link.drawable);
+        ++link.frames;
+    } else if (frame.drawn) {
         link.hasFrame = true;
         present(link);
         ++link.frames;

@@ -18,6 +18,8 @@ namespace quellton {
 
 class VisualRenderer;
 class WindowOverlay;
+class FrameReadback;
+class FrameMailbox;
 
 // One window's connection to the render thread: its renderer, surface and drawable.
 struct CanvasLink {
@@ -32,6 +34,7 @@ struct CanvasLink {
 
     // Render thread only.
     std::unique_ptr<GlWindowSurface> surface;
+    std::unique_ptr<FrameReadback> readback;  // offscreen canvases: frames go to memory, not to a window
     std::optional<RenderTarget> drawable;
     double nextDue = 0;
     bool surfaceFailed = false;
@@ -51,6 +54,8 @@ public:
 
     std::shared_ptr<CanvasLink> add(std::shared_ptr<VisualRenderer> renderer, std::uintptr_t window,
                                     std::shared_ptr<WindowOverlay> overlay = nullptr);
+    // A canvas without a window: each drawn frame is read back into `frames`.
+    std::shared_ptr<CanvasLink> addOffscreen(std::shared_ptr<VisualRenderer> renderer, std::shared_ptr<FrameMailbox> frames);
     // Returns after the render thread has finished any frame of the link and released its surface.
     void remove(const std::shared_ptr<CanvasLink>& link);
 
@@ -59,6 +64,7 @@ public:
 private:
     void run();
     void post(std::function<void()> task);
+    std::shared_ptr<CanvasLink> enlist(std::shared_ptr<CanvasLink> link);
     void draw(CanvasLink& link, double now);
     void present(CanvasLink& link);
 

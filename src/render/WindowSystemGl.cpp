@@ -3,17 +3,18 @@
 #include <QGuiApplication>
 
 #include <X11/Xlib.h>
+#include <wayland-client-core.h>
 
 #include "ShaderLibrary.h"
 #include "gl/EglProvider.h"
 
 namespace quellton {
 
-bool useWindowSystemGl(std::string* error) {
-    if (!qGuiApp || QGuiApplication::platformName() != QStringLiteral("xcb")) {
-        if (error) *error = "only X11 windows are supported so far";
-        return false;
-    }
+namespace {
+
+wl_display* waylandDisplay = nullptr;
+
+bool useX11(std::string* error) {
     // A connection of our own: Mesa presents from the render thread and must not share Qt's.
     Display* display = XOpenDisplay(nullptr);
     if (!display) {
@@ -21,13 +22,37 @@ bool useWindowSystemGl(std::string* error) {
         return false;
     }
     // Probe once so a missing driver is reported here rather than as a fatal error later.
-    std::string why;
-    if (!EglProvider::forX11(display, &why)) {
-        if (error) *error = why;
-        return false;
-    }
+    if (!EglProvider::forX11(display, error)) return false;
     ShaderLibrary::useProvider([display] { return std::unique_ptr<GlContextProvider>(EglProvider::forX11(display)); });
     return true;
 }
+
+bool useWayland(std::string* error) {
+    // Our own connection too: its events are ours to dispatch, and Mesa reads it from the render thread.
+    wl_display* display = wl_display_connect(nullptr);
+    if (!display) {
+        if (error) *error = "no connection to the Wayland compositor";
+        return false;
+    }
+    if (!EglProvider::forWayland(display, error)) {
+        wl_display_disconnect(display);
+        return false;
+    }
+    waylandDisplay = display;
+    ShaderLibrary::useProvider([display] { return std::unique_ptr<GlContextProvider>(EglProvider::forWayland(display)); });
+    return true;
+}
+
+}  // namespace
+
+bool useWindowSystemGl(std::string* error) {
+    const QString platform = qGuiApp ? QGuiApplication::platformName() : QString();
+    if (platform == QStringLiteral("xcb")) return useX11(error);
+    if (platform.startsWith(QStringLiteral("wayland"))) return useWayland(error);
+    if (error) *error = "only X11 and Wayland windows are supported";
+    return false;
+}
+
+wl_display* windowSystemWaylandDisplay() { return waylandDisplay; }
 
 }  // namespace quellton

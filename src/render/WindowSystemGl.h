@@ -2,11 +2,17 @@
 
 #include <string>
 
+struct wl_display;
+
 namespace quellton {
 
 // Lets the shader library make its contexts on the application's display, so windows and offscreen
 // work share one group. Call after the QGuiApplication exists and before the library's first use.
 // False (with a reason) when this window system offers no OpenGL 3.3 through EGL.
 bool useWindowSystemGl(std::string* error = nullptr);
+
+// On Wayland, the connection of our own that the GL contexts and the wallpaper's surfaces live
+// on (the toolkit keeps its own for its windows); null until useWindowSystemGl made it, and elsewhere.
+wl_display* windowSystemWaylandDisplay();
 
 }  // namespace quellton

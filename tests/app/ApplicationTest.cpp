@@ -1,45 +1,23 @@
 #include <signal.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <functional>
-#include <optional>
 #include <thread>
 
-#include "PulseTestServer.h"
 #include "AppDelegate.h"
 #include "Application.h"
-#include "PrivateSession.h"
-
-extern char** environ;
+#include "QuelltonProcess.h"
+#include "SessionWithSound.h"
 
 namespace quellton {
 namespace {
 
 using test::output;
+using test::QuelltonProcess;
 
 const std::string binary = QUELLTON_BINARY;
-
-pid_t start(const std::vector<std::string>& extra = {}) {
-    std::vector<std::string> argv{binary};
-    argv.insert(argv.end(), extra.begin(), extra.end());
-    return test::spawn(argv);
-}
-
-// The exit status, or nothing when the process did not end in time.
-std::optional<int> waitExit(pid_t pid, std::chrono::seconds limit = std::chrono::seconds(20)) {
-    const auto deadline = std::chrono::steady_clock::now() + limit;
-    while (std::chrono::steady_clock::now() < deadline) {
-        int status = 0;
-        if (waitpid(pid, &status, WNOHANG) == pid) return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return std::nullopt;
-}
 
 std::string nameOwner() {
     return output("dbus-send --session --print-reply=literal --dest=org.freedesktop.DBus /org/freedesktop/DBus "
@@ -86,44 +64,34 @@ TEST(Application, ALoginLaunchIsTheAutostartArgumentOrAnEarlyStart) {
 // One private session for the running application: sound server, X server and session bus.
 class RunningApplication : public ::testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        pulse = new test::PulseTestServer;  // before the X server: it clears DISPLAY
-        session = new test::PrivateSession;
-    }
-    static void TearDownTestSuite() {
-        delete session;
-        delete pulse;
-    }
-    void SetUp() override {
-        ASSERT_TRUE(pulse->ready());
-        ASSERT_TRUE(session->ready());
-    }
-    static inline test::PulseTestServer* pulse = nullptr;
-    static inline test::PrivateSession* session = nullptr;
+    static void SetUpTestSuite() { world = new test::SessionWithSound; }
+    static void TearDownTestSuite() { delete world; }
+    void SetUp() override { ASSERT_TRUE(world->ready()); }
+    static inline test::SessionWithSound* world = nullptr;
 };
 
 TEST_F(RunningApplication, ASecondStartHandsOverAndLeavesOneInstance) {
-    const pid_t first = start();
+    QuelltonProcess first;
     ASSERT_TRUE(waitForOwner());
     const std::string owner = nameOwner();
 
-    const pid_t second = start();
-    EXPECT_EQ(waitExit(second), 0);
-    EXPECT_EQ(kill(first, 0), 0) << "the first instance must keep running";
+    QuelltonProcess second;
+    EXPECT_EQ(second.waitExit(), 0);
+    EXPECT_EQ(kill(first.pid(), 0), 0) << "the first instance must keep running";
     EXPECT_EQ(nameOwner(), owner);
 
-    kill(first, SIGTERM);
-    EXPECT_EQ(waitExit(first), 0);
+    kill(first.pid(), SIGTERM);
+    EXPECT_EQ(first.waitExit(), 0);
 }
 
 TEST_F(RunningApplication, QuitsCleanlyOnTerminationSignals) {
     for (int number : {SIGTERM, SIGINT}) {
-        const pid_t app = start({"--autostart"});
+        QuelltonProcess app({"--autostart"});
         ASSERT_TRUE(waitForOwner());
         // The capture stream exists while the application runs.
         EXPECT_TRUE(eventually([] { return capturing(); }));
-        kill(app, number);
-        EXPECT_EQ(waitExit(app), 0) << "signal " << number;
+        kill(app.pid(), number);
+        EXPECT_EQ(app.waitExit(), 0) << "signal " << number;
         EXPECT_TRUE(nameOwner().empty());
         EXPECT_FALSE(capturing());
     }

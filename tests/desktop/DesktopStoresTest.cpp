@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include "GSettingsClient.h"
 #include "PcmanfmQtSettings.h"
 #include "PrivateSession.h"
@@ -14,6 +16,17 @@ namespace quellton {
 namespace {
 
 using test::output;
+
+// GSettings keeps its values in a key file under the session's private configuration folder, so
+// the tests use the real schemas without a dconf service; the desktop-picture tests choose
+// their desktop themselves.
+class KeyFileSettings : public ::testing::Environment {
+    void SetUp() override {
+        setenv("GSETTINGS_BACKEND", "keyfile", 1);
+        unsetenv("XDG_CURRENT_DESKTOP");
+    }
+};
+[[maybe_unused]] auto* const keyFileSettings = ::testing::AddGlobalTestEnvironment(new KeyFileSettings);
 
 std::string trimmed(const std::string& text) { return QString::fromStdString(text).trimmed().toStdString(); }
 

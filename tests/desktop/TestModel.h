@@ -8,7 +8,7 @@
 
 namespace quellton::test {
 
-// The application model on a settings file of the test's own, without login item or log.
+// A model on a private settings file, with no login item and no system log.
 inline std::unique_ptr<AppModel> makeTestModel(const QString& settingsFile) {
     struct NoLoginItem : LoginItem {
         bool isRegistered() override { return false; }

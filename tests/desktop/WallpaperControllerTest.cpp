@@ -1,5 +1,4 @@
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTemporaryDir>
@@ -14,6 +13,8 @@
 #include "AppModel.h"
 #include "Canvas.h"
 #include "DesktopBackend.h"
+#include "DesktopTestSupport.h"
+#include "TestModel.h"
 #include "PrivateSession.h"
 #include "SessionLock.h"
 #include "SessionTestSupport.h"
@@ -24,19 +25,13 @@
 namespace quellton {
 namespace {
 
+using test::emitSignal;
 using test::output;
 using test::run;
 using test::settle;
 using test::waitUntil;
 
 const QString sessionPath = QStringLiteral("/test/session");
-
-void emitSignal(const QString& path, const QString& interface, const QString& name, const QVariantList& arguments) {
-    QDBusConnection sender = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("sender"));
-    QDBusMessage message = QDBusMessage::createSignal(path, interface, name);
-    message.setArguments(arguments);
-    ASSERT_TRUE(sender.send(message));
-}
 
 // The controller on a model with a private settings file, the real X11 desktop of the test's
 // Xvfb, and lock signals from the private session bus.
@@ -45,10 +40,7 @@ protected:
     void SetUp() override {
         model = test::makeTestModel(dir.filePath(QStringLiteral("Quellton.conf")));
 
-        SessionLockSources sources;
-        sources.logindBus = QDBusConnection::sessionBus();
-        sources.logindService.clear();
-        sources.sessionPath = sessionPath;
+        const SessionLockSources sources = test::privateSessionSources(sessionPath);
         controller = std::make_unique<WallpaperController>(*model, makeDesktopBackend(),
                                                            std::make_unique<SessionLock>(sources));
         controller->start();

@@ -3,7 +3,6 @@
 #include <xcb/shape.h>
 
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QGuiApplication>
 #include <QSignalSpy>
 #include <QWindow>
@@ -11,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "CoverageWatcher.h"
+#include "DesktopTestSupport.h"
 #include "DisplaySleepWatcher.h"
 #include "Ewmh.h"
 #include "PrivateSession.h"
@@ -24,6 +24,7 @@
 namespace quellton {
 namespace {
 
+using test::emitSignal;
 using test::output;
 using test::run;
 using test::settle;
@@ -192,19 +193,8 @@ TEST(X11Desktop, DisplaysSleepWhileDpmsOrTheScreenSaverBlanksThem) {
     EXPECT_FALSE(spy.at(1).at(0).toBool());
 }
 
-// Sends a signal from a connection of its own, as another program on the bus would.
-void emitSignal(const QString& path, const QString& interface, const QString& name, const QVariantList& arguments) {
-    QDBusConnection sender = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("sender"));
-    QDBusMessage message = QDBusMessage::createSignal(path, interface, name);
-    message.setArguments(arguments);
-    ASSERT_TRUE(sender.send(message));
-}
-
 TEST(SessionLock, LogindAndTheScreenSaverEachLockTheSession) {
-    SessionLockSources sources;
-    sources.logindBus = QDBusConnection::sessionBus();
-    sources.logindService.clear();
-    sources.sessionPath = QStringLiteral("/test/session");
+    const SessionLockSources sources = test::privateSessionSources(QStringLiteral("/test/session"));
     SessionLock lock(sources);
     lock.start();
     QSignalSpy spy(&lock, &SessionLock::lockedChanged);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <fstream>
 #include <sstream>
 
@@ -46,6 +47,36 @@ TEST(XdgAutostart, QuotesTheProgramPath) {
     // Exec quoting escapes " $ \ and doubles %, then the entry escaping doubles each backslash.
     EXPECT_NE(text.find("Exec=\"/home/a b/100%%/\\\\\"q\\\\\"\\\\$x\\\\\\\\y\" --autostart\n"), std::string::npos)
         << text;
+}
+
+TEST(XdgAutostart, EntriesPassTheDesktopEntryValidator) {
+    QTemporaryDir dir;
+    for (const char* program : {"/usr/bin/quellton", "/home/a b/100%/\"q\"$x\\y"}) {
+        const std::string file = dir.filePath("io.github.quellton.Quellton.desktop").toStdString();
+        std::ofstream(file) << XdgAutostart::entryText(program);
+        EXPECT_EQ(std::system(("desktop-file-validate '" + file + "'").c_str()), 0) << program;
+    }
+}
+
+TEST(XdgAutostart, AnUpgradedProgramIsEnteredByItsInstalledPath) {
+    // The link to the running executable after the package manager replaced the file.
+    EXPECT_EQ(XdgAutostart::programFromLink("/usr/bin/quellton (deleted)"), "/usr/bin/quellton");
+    EXPECT_EQ(XdgAutostart::programFromLink("/usr/bin/quellton"), "/usr/bin/quellton");
+}
+
+TEST(XdgAutostart, TheUsersEntryStartsTheRunningExecutableByItsAbsolutePath) {
+    QTemporaryDir dir;
+    const char* saved = std::getenv("XDG_CONFIG_HOME");
+    const std::string previous = saved ? saved : "";
+    setenv("XDG_CONFIG_HOME", dir.path().toLocal8Bit().constData(), 1);
+    XdgAutostart item = XdgAutostart::forCurrentUser();
+    saved ? setenv("XDG_CONFIG_HOME", previous.c_str(), 1) : unsetenv("XDG_CONFIG_HOME");
+
+    EXPECT_EQ(item.entryPath(), fs::path(dir.path().toStdString()) / "autostart" / "io.github.quellton.Quellton.desktop");
+    ASSERT_TRUE(item.registerItem());
+    const fs::path self = fs::canonical("/proc/self/exe");
+    ASSERT_TRUE(self.is_absolute());
+    EXPECT_NE(readFile(item.entryPath()).find("\nExec=\"" + self.string() + "\" --autostart\n"), std::string::npos);
 }
 
 TEST(XdgAutostart, HiddenEntryCountsAsOff) {

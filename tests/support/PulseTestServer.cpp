@@ -27,7 +27,16 @@ pid_t spawn(const std::vector<std::string>& argv) {
 void terminate(pid_t pid) {
     if (pid <= 0) return;
     ::kill(pid, SIGTERM);
-    waitpid(pid, nullptr, 0);
+    // A process that hangs on SIGTERM must not hang the test with it.
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(15);
+    while (waitpid(pid, nullptr, WNOHANG) == 0) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            ::kill(pid, SIGKILL);
+            waitpid(pid, nullptr, 0);
+            return;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
 }
 
 PulseTestServer::PulseTestServer() {

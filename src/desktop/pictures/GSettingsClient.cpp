@@ -93,45 +93,49 @@ bool GSettingsClient::hasKey(const QString& key) const {
     return g_settings_schema_has_key(handle_->schema, key.toUtf8().constData());
 }
 
-std::optional<QString> GSettingsClient::getString(const QString& key) const {
-    const Variant v = handle_->read(key, G_VARIANT_TYPE_STRING);
-    if (!v) return std::nullopt;
-    return QString::fromUtf8(g_variant_get_string(v.get(), nullptr));
+namespace {
+
+template <typename T, typename Extract>
+std::optional<T> typed(const Variant& value, Extract extract) {
+    if (!value) return std::nullopt;
+    return T(extract(value.get()));
 }
 
-std::optional<QStringList> GSettingsClient::getStrv(const QString& key) const {
-    const Variant v = handle_->read(key, G_VARIANT_TYPE_STRING_ARRAY);
-    if (!v) return std::nullopt;
+QString utf8String(GVariant* value) { return QString::fromUtf8(g_variant_get_string(value, nullptr)); }
+
+QStringList utf8Strings(GVariant* value) {
     QStringList list;
     gsize count = 0;
-    const gchar** strings = g_variant_get_strv(v.get(), &count);
+    const gchar** strings = g_variant_get_strv(value, &count);
     for (gsize i = 0; i < count; ++i) list.append(QString::fromUtf8(strings[i]));
     g_free(strings);
     return list;
 }
 
+}  // namespace
+
+std::optional<QString> GSettingsClient::getString(const QString& key) const {
+    return typed<QString>(handle_->read(key, G_VARIANT_TYPE_STRING), utf8String);
+}
+
+std::optional<QStringList> GSettingsClient::getStrv(const QString& key) const {
+    return typed<QStringList>(handle_->read(key, G_VARIANT_TYPE_STRING_ARRAY), utf8Strings);
+}
+
 std::optional<int> GSettingsClient::getInt(const QString& key) const {
-    const Variant v = handle_->read(key, G_VARIANT_TYPE_INT32);
-    if (!v) return std::nullopt;
-    return g_variant_get_int32(v.get());
+    return typed<int>(handle_->read(key, G_VARIANT_TYPE_INT32), g_variant_get_int32);
 }
 
 std::optional<unsigned> GSettingsClient::getUInt(const QString& key) const {
-    const Variant v = handle_->read(key, G_VARIANT_TYPE_UINT32);
-    if (!v) return std::nullopt;
-    return g_variant_get_uint32(v.get());
+    return typed<unsigned>(handle_->read(key, G_VARIANT_TYPE_UINT32), g_variant_get_uint32);
 }
 
 std::optional<bool> GSettingsClient::getBool(const QString& key) const {
-    const Variant v = handle_->read(key, G_VARIANT_TYPE_BOOLEAN);
-    if (!v) return std::nullopt;
-    return g_variant_get_boolean(v.get());
+    return typed<bool>(handle_->read(key, G_VARIANT_TYPE_BOOLEAN), g_variant_get_boolean);
 }
 
 std::optional<double> GSettingsClient::getDouble(const QString& key) const {
-    const Variant v = handle_->read(key, G_VARIANT_TYPE_DOUBLE);
-    if (!v) return std::nullopt;
-    return g_variant_get_double(v.get());
+    return typed<double>(handle_->read(key, G_VARIANT_TYPE_DOUBLE), g_variant_get_double);
 }
 
 bool GSettingsClient::setString(const QString& key, const QString& value) {

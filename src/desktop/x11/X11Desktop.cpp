@@ -79,14 +79,14 @@ bool X11Desktop::covered(const QRect& screen, double devicePixelRatio) const {
     return coverage_.covered(pixels) || iconLayers_.blocks(pixels);
 }
 
-}  // namespace x11
-
-std::unique_ptr<DesktopBackend> makeDesktopBackend() {
+std::unique_ptr<DesktopBackend> makeX11Desktop() {
     auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
     if (!x11 || !x11->connection()) return nullptr;
     xcb_connection_t* connection = x11->connection();
     const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
-    return std::make_unique<x11::X11Desktop>(connection, screen->root, makeIconManagerSettings());
+    return std::make_unique<X11Desktop>(connection, screen->root, makeIconManagerSettings());
 }
+
+}  // namespace x11
 
 }  // namespace quellton

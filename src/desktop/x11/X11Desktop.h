@@ -46,4 +46,7 @@ private:
     bool stopped_ = false;
 };
 
+// The desktop of the X server Qt runs on; none on another platform.
+std::unique_ptr<DesktopBackend> makeX11Desktop();
+
 }  // namespace quellton::x11

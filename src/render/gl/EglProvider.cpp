@@ -3,6 +3,7 @@
 #include <X11/Xlib.h>
 #include <epoxy/egl.h>
 #include <epoxy/gl.h>
+#include <wayland-egl.h>
 
 #include <cstring>
 
@@ -46,13 +47,27 @@ EGLContext makeContext(EGLDisplay display, EGLContext share) {
 
 class EglSurface : public GlWindowSurface {
 public:
-    EglSurface(EGLDisplay display, EGLSurface surface) : display_(display), surface_(surface) {}
-    ~EglSurface() override { eglDestroySurface(display_, surface_); }
+    // On Wayland the client sizes its buffers through `window`, which the surface then owns.
+    EglSurface(EGLDisplay display, EGLSurface surface, wl_egl_window* window = nullptr)
+        : display_(display), surface_(surface), window_(window) {}
+    ~EglSurface() override {
+        eglDestroySurface(display_, surface_);
+        if (window_) wl_egl_window_destroy(window_);
+    }
     EGLSurface handle() const { return surface_; }
+    // Mesa reads the window's size while it swaps, so it is changed on the drawing thread only.
+    void resize(int width, int height) override {
+        if (!window_ || (width == width_ && height == height_)) return;
+        wl_egl_window_resize(window_, width, height, 0, 0);
+        width_ = width;
+        height_ = height;
+    }
 
 private:
     EGLDisplay display_;
     EGLSurface surface_;
+    wl_egl_window* window_;
+    int width_ = 0, height_ = 0;
 };
 
 class EglContext : public GlContext {
@@ -84,7 +99,7 @@ private:
 
 }  // namespace
 
-std::unique_ptr<EglProvider> EglProvider::open(void* display, void* xlibDisplay, std::string* error) {
+std::unique_ptr<EglProvider> EglProvider::open(void* display, Windows windows, void* native, std::string* error) {
     auto fail = [error](const char* why) -> std::unique_ptr<EglProvider> {
         if (error) *error = why;
         return nullptr;
@@ -96,19 +111,32 @@ std::unique_ptr<EglProvider> EglProvider::open(void* display, void* xlibDisplay,
     if (!eglBindAPI(EGL_OPENGL_API)) return fail("EGL offers no desktop OpenGL");
     EGLContext root = makeContext(display, EGL_NO_CONTEXT);
     if (root == EGL_NO_CONTEXT) return fail("no OpenGL 3.3 core context");
-    return std::make_unique<EglProvider>(display, root, xlibDisplay);
+    return std::make_unique<EglProvider>(display, root, windows, native);
 }
 
-std::unique_ptr<EglProvider> EglProvider::headless(std::string* error) { return open(headlessDisplay(), nullptr, error); }
+std::unique_ptr<EglProvider> EglProvider::headless(std::string* error) {
+    return open(headlessDisplay(), Windows::none, nullptr, error);
+}
+
+namespace {
+
+EGLDisplay platformDisplay(EGLenum platform, void* native) {
+    EGLDisplay d = eglGetPlatformDisplayEXT(platform, native, nullptr);
+    return d != EGL_NO_DISPLAY && eglInitialize(d, nullptr, nullptr) ? d : EGL_NO_DISPLAY;
+}
+
+}  // namespace
 
 std::unique_ptr<EglProvider> EglProvider::forX11(void* xlibDisplay, std::string* error) {
-    EGLDisplay d = eglGetPlatformDisplayEXT(EGL_PLATFORM_X11_KHR, xlibDisplay, nullptr);
-    if (d == EGL_NO_DISPLAY || !eglInitialize(d, nullptr, nullptr)) d = EGL_NO_DISPLAY;
-    return open(d, xlibDisplay, error);
+    return open(platformDisplay(EGL_PLATFORM_X11_KHR, xlibDisplay), Windows::x11, xlibDisplay, error);
 }
 
-EglProvider::EglProvider(void* display, void* root, void* xlibDisplay)
-    : display_(display), root_(root), xlibDisplay_(xlibDisplay) {}
+std::unique_ptr<EglProvider> EglProvider::forWayland(void* wlDisplay, std::string* error) {
+    return open(platformDisplay(EGL_PLATFORM_WAYLAND_KHR, wlDisplay), Windows::wayland, wlDisplay, error);
+}
+
+EglProvider::EglProvider(void* display, void* root, Windows windows, void* native)
+    : display_(display), root_(root), windows_(windows), native_(native) {}
 
 EglProvider::~EglProvider() { eglDestroyContext(display_, root_); }
 
@@ -120,10 +148,18 @@ std::unique_ptr<GlContext> EglProvider::createShared() {
 }
 
 std::unique_ptr<GlWindowSurface> EglProvider::createWindowSurface(std::uintptr_t nativeWindow) {
-    if (!xlibDisplay_) return nullptr;
+    switch (windows_) {
+    case Windows::x11: return createX11Surface(nativeWindow);
+    case Windows::wayland: return createWaylandSurface(nativeWindow);
+    case Windows::none: break;
+    }
+    return nullptr;
+}
+
+std::unique_ptr<GlWindowSurface> EglProvider::createX11Surface(std::uintptr_t nativeWindow) {
     // Only a config with the window's own visual presents correctly (a deeper one fails silently).
     XWindowAttributes attributes{};
-    if (!XGetWindowAttributes(static_cast<Display*>(xlibDisplay_), Window(nativeWindow), &attributes) || !attributes.visual)
+    if (!XGetWindowAttributes(static_cast<Display*>(native_), Window(nativeWindow), &attributes) || !attributes.visual)
         return nullptr;
     const EGLint wanted[] = {EGL_SURFACE_TYPE, EGL_WINDOW_BIT, EGL_RED_SIZE, 8, EGL_GREEN_SIZE, 8, EGL_BLUE_SIZE, 8,
                              EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT, EGL_NONE};
@@ -139,6 +175,33 @@ std::unique_ptr<GlWindowSurface> EglProvider::createWindowSurface(std::uintptr_t
         if (surface != EGL_NO_SURFACE) return std::make_unique<EglSurface>(display_, surface);
     }
     return nullptr;
+}
+
+std::unique_ptr<GlWindowSurface> EglProvider::createWaylandSurface(std::uintptr_t surface) {
+    // No alpha: an XRGB buffer is opaque, so the compositor never blends the wallpaper with what lies below.
+    const EGLint wanted[] = {EGL_SURFACE_TYPE, EGL_WINDOW_BIT, EGL_RED_SIZE, 8, EGL_GREEN_SIZE, 8, EGL_BLUE_SIZE, 8,
+                             EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT, EGL_NONE};
+    EGLConfig configs[128];
+    EGLint count = 0;
+    if (!eglChooseConfig(display_, wanted, configs, 128, &count) || count == 0) return nullptr;
+    EGLConfig chosen = configs[0];
+    for (EGLint i = 0; i < count; ++i) {
+        EGLint alpha = 0, red = 0;
+        eglGetConfigAttrib(display_, configs[i], EGL_ALPHA_SIZE, &alpha);
+        eglGetConfigAttrib(display_, configs[i], EGL_RED_SIZE, &red);
+        if (alpha == 0 && red == 8) {
+            chosen = configs[i];
+            break;
+        }
+    }
+    wl_egl_window* window = wl_egl_window_create(reinterpret_cast<wl_surface*>(surface), 1, 1);
+    if (!window) return nullptr;
+    EGLSurface s = eglCreateWindowSurface(display_, chosen, reinterpret_cast<EGLNativeWindowType>(window), nullptr);
+    if (s == EGL_NO_SURFACE) {
+        wl_egl_window_destroy(window);
+        return nullptr;
+    }
+    return std::make_unique<EglSurface>(display_, s, window);
 }
 
 }  // namespace quellton

@@ -9,6 +9,9 @@ namespace quellton {
 class GlWindowSurface {
 public:
     virtual ~GlWindowSurface() = default;
+    // Sets the size in pixels of the buffers to come, where the client chooses it (Wayland);
+    // called on the drawing thread before each frame.
+    virtual void resize(int /*width*/, int /*height*/) {}
 };
 
 // An OpenGL 3.3 core context of the process's share group, used on one thread at a time.
@@ -29,7 +32,7 @@ public:
     virtual ~GlContextProvider() = default;
     // A new context in the share group, or nullptr when none can be made.
     virtual std::unique_ptr<GlContext> createShared() = 0;
-    // A surface for a native window (an X11 window id), or nullptr where there are no windows.
+    // A surface for a native window (an X11 window id or a wl_surface), or nullptr where there are none.
     virtual std::unique_ptr<GlWindowSurface> createWindowSurface(std::uintptr_t nativeWindow) = 0;
 };
 

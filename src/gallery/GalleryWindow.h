@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QQuickView>
+#include <QTimer>
+
+#include "DesktopAppearance.h"
+#include "Gallery.h"
+
+namespace quellton {
+
+class AppModel;
+
+// The gallery's window: the QML scene with the model, the window title from the selection, its place
+// and size remembered between runs. Closing only hides it; it is shown again as it was left, but with
+// everything selected.
+class GalleryWindow : public QQuickView {
+    Q_OBJECT
+public:
+    static constexpr QSize minimumSize{960, 660};
+    static constexpr QSize firstSize{1240, 860};
+
+    explicit GalleryWindow(AppModel& model);
+    ~GalleryWindow() override;
+
+    Gallery& gallery() { return gallery_; }
+
+protected:
+    bool event(QEvent* event) override;
+
+private:
+    void restorePlacement();
+    void rememberPlacement();
+
+    Gallery gallery_;
+    DesktopAppearance appearance_;
+    QTimer remember_;
+};
+
+}  // namespace quellton
