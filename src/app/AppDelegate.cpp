@@ -73,6 +73,8 @@ void AppDelegate::windowWillClose() { AppModel::shared().setHoverID(std::nullopt
 void AppDelegate::willTerminate() {
     AudioSpectrum::shared().stop();
     SystemWallpaper::stopShared();
+    // After the sync: a still it handed over while an icon layer's backdrop was keyed comes with the user's backdrop.
+    WallpaperController::shared().stop();
 }
 
 bool AppDelegate::launchedAtLogin(std::span<const std::string> args, std::optional<double> uptimeSeconds) {

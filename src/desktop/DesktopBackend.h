@@ -56,8 +56,13 @@ public:
     // Called on a created window before it is shown, and once more after.
     virtual void prepareWindow(QWindow& window) = 0;
     virtual void windowShown(QWindow& window) = 0;
-    // A screen, by its geometry in Qt's global coordinates, cannot be seen: a window hides it
-    // completely (or, where the server tells, its display alone is off).
+    // Called before a window is closed.
+    virtual void windowClosing(QWindow&) {}
+    // The wallpaper stops: give back whatever was changed in the desktop for it.
+    virtual void stop() {}
+    // A screen, by its geometry in Qt's global coordinates, cannot show its picture: a window hides
+    // it completely, an icon layer does that the picture cannot get behind, or (where the server
+    // tells) its display alone is off.
     virtual bool covered(const QRect& screen, double devicePixelRatio) const = 0;
     virtual bool displaysAsleep() const = 0;
 

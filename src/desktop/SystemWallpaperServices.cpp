@@ -8,6 +8,7 @@
 
 #include <cmath>
 
+#include "DeferredPicture.h"
 #include "SystemWallpaper.h"
 
 namespace quellton {
@@ -67,7 +68,9 @@ SystemWallpaperServices defaultSystemWallpaperServices() {
     services.screens = qtScreens;
     services.renderer = std::make_shared<LibraryStills>();
     services.desktop = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
-    if (const auto desktop = pictureDesktop(services.desktop)) services.picture = makeDesktopPicture(*desktop);
+    // Guarded: while an icon layer's backdrop holds the key colour, the sync's changes wait for it.
+    if (const auto desktop = pictureDesktop(services.desktop))
+        services.picture = guardDesktopPicture(makeDesktopPicture(*desktop), *desktop);
     services.settings = std::make_unique<SettingsStore>(SettingsStore::standardPath());
     services.clock = std::make_shared<SystemClock>();
     services.folder = SystemWallpaper::standardFolder();

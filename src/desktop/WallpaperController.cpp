@@ -90,16 +90,36 @@ void WallpaperController::watchScreen(QScreen* screen) {
 
 void WallpaperController::scheduleRebuild() { rebuildSoon_.start(); }
 
+void WallpaperController::stop() {
+    if (!started_ || stopped_) return;
+    stopped_ = true;
+    rebuildSoon_.stop();
+    model_.setOnScreensChanged(nullptr);
+    if (!backend_) return;
+    disconnect(backend_.get(), nullptr, this, nullptr);
+    // The icon managers get their backdrops back while our windows still cover the desktop, so
+    // the change shows as one step.
+    backend_->stop();
+    closeWindows();
+}
+
+void WallpaperController::closeWindows() {
+    for (Record& record : windows_) {
+        if (Canvas* window = record.surface->window(); window && backend_) backend_->windowClosing(*window);
+        record.surface.reset();
+    }
+    windows_.clear();
+}
+
 void WallpaperController::rebuild() {
+    if (stopped_) return;
     const std::vector<DesktopScreen> kept = keptScreens(backend_->screens(), model_.allScreens());
     std::vector<RectF> frames;
     for (const DesktopScreen& screen : kept) frames.push_back(globalFrame(screen.geometry));
     if (layoutUnchanged(layout_, frames, !windows_.empty())) return;
     layout_ = frames;
 
-    for (Record& record : windows_) record.surface.reset();
-    windows_.clear();
-
+    closeWindows();
     for (const DesktopScreen& screen : kept)
         if (auto surface = backend_->makeSurface(screen)) windows_.push_back({std::move(surface)});
     refreshHidden();

@@ -36,6 +36,9 @@ public:
 
     // Installs the observations and the click monitor, then builds the windows. Once.
     void start();
+    // Closes the windows and gives back what the desktop changed for them (the icon layers'
+    // backdrops); before the process ends. Once; the controller cannot start again.
+    void stop();
 
     // What runs now, for diagnostics and tests.
     std::vector<WallpaperSurface*> surfaces() const;
@@ -57,6 +60,7 @@ private:
     void watchScreen(QScreen* screen);
     void setScreensAsleep(bool asleep);
     void setLocked(bool locked);
+    void closeWindows();
 
     AppModel& model_;
     std::unique_ptr<DesktopBackend> backend_;
@@ -66,6 +70,7 @@ private:
     bool screensAsleep_ = false;
     bool locked_ = false;
     bool started_ = false;
+    bool stopped_ = false;
     // Screen notifications come in bursts and while Qt is still updating its list.
     QTimer rebuildSoon_;
 };

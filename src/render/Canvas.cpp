@@ -8,6 +8,7 @@
 
 #include "RenderThread.h"
 #include "VisualRenderer.h"
+#include "WindowOverlay.h"
 #include "X11Pointer.h"
 
 namespace quellton {
@@ -32,7 +33,10 @@ RendererEnvironment canvasEnvironment() {
 QPointF Canvas::toBottomUp(QPointF global) { return {global.x(), flipHeight() - global.y()}; }
 
 Canvas::Canvas(Role role, QWindow* parent)
-    : QWindow(parent), role_(role), renderer_(std::make_shared<VisualRenderer>(role, hostTimeNow(), canvasEnvironment())) {
+    : QWindow(parent),
+      role_(role),
+      renderer_(std::make_shared<VisualRenderer>(role, hostTimeNow(), canvasEnvironment())),
+      overlay_(std::make_shared<WindowOverlay>()) {
     setSurfaceType(QSurface::RasterSurface);  // the default visual, which EGL offers configs for
     connect(this, &QWindow::screenChanged, this, [this] { updateGeometry(); });
 }
@@ -57,7 +61,7 @@ void Canvas::updateGeometry() {
 
 void Canvas::startLink() {
     if (link_ || !handle()) return;
-    link_ = RenderThread::shared().add(renderer_, std::uintptr_t(winId()));
+    link_ = RenderThread::shared().add(renderer_, std::uintptr_t(winId()), overlay_);
     updateGeometry();
 }
 
@@ -70,6 +74,7 @@ void Canvas::stopLink() {
 
 void Canvas::exposeEvent(QExposeEvent* event) {
     if (isExposed()) startLink();
+    if (link_) link_->repaint = true;  // the window lost what it showed; a paused picture must come back
     // A preview nobody can see draws nothing; wallpapers get this from their controller.
     if (role_ == Role::preview) renderer_->inputs().setHidden(!isExposed());
     updateGeometry();

@@ -9,6 +9,7 @@
 namespace quellton {
 
 class VisualRenderer;
+class WindowOverlay;
 struct CanvasLink;
 struct RendererEnvironment;
 
@@ -26,6 +27,8 @@ public:
     VisualRenderer& renderer() { return *renderer_; }
     LockedInputs& inputs();
     Role role() const { return role_; }
+    // What is drawn over the picture at the window's resolution (the desktop's icons on a wallpaper).
+    const std::shared_ptr<WindowOverlay>& overlay() const { return overlay_; }
     // Frames drawn so far, for diagnostics and tests.
     long framesDrawn() const;
 
@@ -46,6 +49,7 @@ private:
 
     Role role_;
     std::shared_ptr<VisualRenderer> renderer_;
+    std::shared_ptr<WindowOverlay> overlay_;
     std::shared_ptr<CanvasLink> link_;
     long framesBefore_ = 0;
 };

@@ -9,6 +9,7 @@
 #include "FrameReadback.h"
 #include "ShaderLibrary.h"
 #include "VisualRenderer.h"
+#include "WindowOverlay.h"
 
 namespace quellton {
 
@@ -51,10 +52,12 @@ void RenderThread::post(std::function<void()> task) {
     wake_.notify_all();
 }
 
-std::shared_ptr<CanvasLink> RenderThread::add(std::shared_ptr<VisualRenderer> renderer, std::uintptr_t window) {
+std::shared_ptr<CanvasLink> RenderThread::add(std::shared_ptr<VisualRenderer> renderer, std::uintptr_t window,
+                                              std::shared_ptr<WindowOverlay> overlay) {
     auto link = std::make_shared<CanvasLink>();
     link->renderer = renderer;
     link->window = window;
+    link->overlay = std::move(overlay);
     return enlist(std::move(link));
 }
 
@@ -83,6 +86,7 @@ void RenderThread::remove(const std::shared_ptr<CanvasLink>& link) {
         std::erase(links_, link);
         if (context_) context_->makeCurrent();  // the drawable and the renderer's textures belong to this context
         if (const auto renderer = link->renderer.lock()) renderer->releaseGpuResources();
+        if (link->overlay) link->overlay->releaseGpuResources();
         link->readback.reset();
         link->drawable.reset();
         link->surface.reset();
@@ -92,7 +96,6 @@ void RenderThread::remove(const std::shared_ptr<CanvasLink>& link) {
 }
 
 void RenderThread::run() {
-    // Thread names are cut to 15 characters on Linux.
     // Linux keeps 15 characters of a thread name: the end of the full one tells the threads apart.
     const std::string name = QUELLTON_APP_ID ".render";
     pthread_setname_np(pthread_self(), name.substr(name.size() - 15).c_str());
@@ -162,22 +165,35 @@ void RenderThread::draw(CanvasLink& link, double now) {
         link.readback->capture(*link.drawable);
         ++link.frames;
     } else if (frame.drawn) {
-        // The drawable is stretched over the window, as a lower resolution needs.
-        glBindFramebuffer(GL_READ_FRAMEBUFFER, link.drawable->framebuffer.id());
-        glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
-        glBlitFramebuffer(0, 0, link.drawable->width, link.drawable->height, 0, 0, link.pixelWidth, link.pixelHeight,
-                          GL_COLOR_BUFFER_BIT, GL_LINEAR);
-        glBindFramebuffer(GL_FRAMEBUFFER, 0);
-        context_->swapBuffers(*link.surface);
+        link.hasFrame = true;
+        present(link);
         ++link.frames;
+    } else if (link.hasFrame && (link.repaint || (link.overlay && link.overlay->changed())) &&
+               !renderer->inputs().copy().hidden) {
+        // Paused: the last frame again, with what changed over it.
+        present(link);
     }
     if (frame.wanted.width != link.drawable->width || frame.wanted.height != link.drawable->height)
-        if (auto resized = RenderTarget::create(frame.wanted.width, frame.wanted.height, GL_RGBA8))
+        if (auto resized = RenderTarget::create(frame.wanted.width, frame.wanted.height, GL_RGBA8)) {
             link.drawable = std::move(resized);
+            link.hasFrame = false;
+        }
 
     const double period = 1.0 / std::max(renderer->fps(), 1);
     link.nextDue = std::max(link.nextDue + period, now + period * 0.5);
     if (link.nextDue > now + period) link.nextDue = now + period;
+}
+
+void RenderThread::present(CanvasLink& link) {
+    link.repaint = false;
+    // The drawable is stretched over the window, as a lower resolution needs.
+    glBindFramebuffer(GL_READ_FRAMEBUFFER, link.drawable->framebuffer.id());
+    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
+    glBlitFramebuffer(0, 0, link.drawable->width, link.drawable->height, 0, 0, link.pixelWidth, link.pixelHeight,
+                      GL_COLOR_BUFFER_BIT, GL_LINEAR);
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    if (link.overlay) link.overlay->draw(link.pixelWidth, link.pixelHeight);
+    context_->swapBuffers(*link.surface);
 }
 
 }  // namespace quellton

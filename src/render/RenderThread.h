@@ -17,6 +17,7 @@
 namespace quellton {
 
 class VisualRenderer;
+class WindowOverlay;
 class FrameReadback;
 class FrameMailbox;
 
@@ -24,8 +25,12 @@ class FrameMailbox;
 struct CanvasLink {
     std::weak_ptr<VisualRenderer> renderer;
     std::uintptr_t window = 0;
+    // Drawn over the picture at the window's resolution; may be null.
+    std::shared_ptr<WindowOverlay> overlay;
     std::atomic<int> pixelWidth{16}, pixelHeight{16};
     std::atomic<long> frames{0};
+    // The window lost its contents (exposed again): show the last frame even while nothing is drawn.
+    std::atomic<bool> repaint{false};
 
     // Render thread only.
     std::unique_ptr<GlWindowSurface> surface;
@@ -33,6 +38,7 @@ struct CanvasLink {
     std::optional<RenderTarget> drawable;
     double nextDue = 0;
     bool surfaceFailed = false;
+    bool hasFrame = false;
 };
 
 // The one thread that draws every canvas, each at its renderer's frame rate, sleeping between deadlines.
@@ -46,7 +52,8 @@ public:
     RenderThread();
     ~RenderThread();
 
-    std::shared_ptr<CanvasLink> add(std::shared_ptr<VisualRenderer> renderer, std::uintptr_t window);
+    std::shared_ptr<CanvasLink> add(std::shared_ptr<VisualRenderer> renderer, std::uintptr_t window,
+                                    std::shared_ptr<WindowOverlay> overlay = nullptr);
     // A canvas without a window: each drawn frame is read back into `frames`.
     std::shared_ptr<CanvasLink> addOffscreen(std::shared_ptr<VisualRenderer> renderer, std::shared_ptr<FrameMailbox> frames);
     // Returns after the render thread has finished any frame of the link and released its surface.
@@ -59,6 +66,7 @@ private:
     void post(std::function<void()> task);
     std::shared_ptr<CanvasLink> enlist(std::shared_ptr<CanvasLink> link);
     void draw(CanvasLink& link, double now);
+    void present(CanvasLink& link);
 
     std::binary_semaphore started_{0};
     std::mutex lock_;

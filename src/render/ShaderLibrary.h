@@ -57,6 +57,10 @@ public:
     std::optional<Pipeline> pipeline(std::string_view id) const;
     std::map<std::string, std::string> failures() const;
     Pipeline presentPipeline() const { return present_; }
+    // A program of the share group's vertex stage and this fragment stage; needs a current context.
+    std::optional<Pipeline> linkFragment(const std::string& fragmentSource, std::string& log) {
+        return link(fragmentSource, false, log);
+    }
 
     // Makes this thread's context of the share group current, creating it on first use.
     bool bindThreadContext();

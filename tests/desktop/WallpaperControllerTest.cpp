@@ -14,10 +14,10 @@
 #include "Canvas.h"
 #include "DesktopBackend.h"
 #include "DesktopTestSupport.h"
-#include "TestModel.h"
 #include "PrivateSession.h"
 #include "SessionLock.h"
 #include "SessionTestSupport.h"
+#include "TestModel.h"
 #include "Wallpaper.h"
 #include "XcbHandles.h"
 

@@ -18,6 +18,7 @@
 #include "SessionLock.h"
 #include "SessionTestSupport.h"
 #include "X11Desktop.h"
+#include "X11TestClient.h"
 #include "XcbHandles.h"
 
 namespace quellton {
@@ -31,48 +32,7 @@ using test::waitUntil;
 
 const QRect screenRect(0, 0, 1280, 720);
 
-// A plain X client of the test's own, standing in for another application's window.
-class OtherClient {
-public:
-    OtherClient() : connection_(x11::openConnection(&screen_)), atoms_(connection_.get()) {
-        root_ = x11::rootWindow(c(), screen_);
-    }
-    xcb_connection_t* c() const { return connection_.get(); }
-    xcb_window_t root() const { return root_; }
-    const x11::Atoms& atoms() const { return atoms_; }
-
-    xcb_window_t window(QRect geometry) {
-        const xcb_window_t id = xcb_generate_id(c());
-        xcb_create_window(c(), XCB_COPY_FROM_PARENT, id, root_, std::int16_t(geometry.x()), std::int16_t(geometry.y()),
-                          std::uint16_t(geometry.width()), std::uint16_t(geometry.height()), 0,
-                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
-        return id;
-    }
-    void states(xcb_window_t window, std::initializer_list<x11::Atom> names) {
-        std::vector<xcb_atom_t> list;
-        for (x11::Atom name : names) list.push_back(atoms_[name]);
-        x11::writeAtoms(c(), window, atoms_[x11::Atom::_NET_WM_STATE], list);
-        xcb_flush(c());
-    }
-    void map(xcb_window_t window) {
-        xcb_map_window(c(), window);
-        xcb_flush(c());
-    }
-    void unmap(xcb_window_t window) {
-        xcb_unmap_window(c(), window);
-        xcb_flush(c());
-    }
-    void destroy(xcb_window_t window) {
-        xcb_destroy_window(c(), window);
-        xcb_flush(c());
-    }
-
-private:
-    int screen_ = 0;
-    x11::Connection connection_;
-    x11::Atoms atoms_;
-    xcb_window_t root_ = XCB_WINDOW_NONE;
-};
+using OtherClient = test::X11Client;
 
 TEST(X11Desktop, MarksAWindowAsTheClickThroughDesktopLayerOnEveryWorkspace) {
     std::unique_ptr<DesktopBackend> backend = makeDesktopBackend();
@@ -93,6 +53,11 @@ TEST(X11Desktop, MarksAWindowAsTheClickThroughDesktopLayerOnEveryWorkspace) {
                               "_NET_WM_STATE_SKIP_PAGER"})
         EXPECT_NE(props.find(state), std::string::npos) << state << " missing in " << props;
     EXPECT_NE(props.find("_NET_WM_DESKTOP(CARDINAL) = 4294967295"), std::string::npos) << props;
+    // Never focused: no WM_TAKE_FOCUS (the toolkit offers it) and the input hint false.
+    const std::string focus = output("xprop -id " + id + " WM_PROTOCOLS WM_HINTS");
+    EXPECT_EQ(focus.find("WM_TAKE_FOCUS"), std::string::npos) << focus;
+    EXPECT_NE(focus.find("WM_DELETE_WINDOW"), std::string::npos) << focus;
+    EXPECT_NE(focus.find("Client accepts input or input focus: False"), std::string::npos) << focus;
 
     const std::string info = output("xwininfo -id " + id);
     EXPECT_NE(info.find("Width: 1280"), std::string::npos) << info;

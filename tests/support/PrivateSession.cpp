@@ -65,6 +65,9 @@ PrivateSession::PrivateSession(const std::string& screen) {
     setenv("XDG_DATA_HOME", (dir_ + "/data").c_str(), 1);
     setenv("XDG_STATE_HOME", (dir_ + "/state").c_str(), 1);
     unsetenv("WAYLAND_DISPLAY");
+    // GSettings in a key file under the private config folder: dconf would hold the bus, and GIO
+    // ends a process whose bus goes away (the session's own end at the test's end).
+    setenv("GSETTINGS_BACKEND", "keyfile", 1);
     setenv("QT_QPA_PLATFORM", "xcb", 1);
     ready_ = startX(screen) && startBus();
 }

@@ -164,6 +164,11 @@ bool GSettingsClient::setDouble(const QString& key, double value) {
     return handle_->write(key, g_variant_new_double(value));
 }
 
+bool GSettingsClient::hasUserValue(const QString& key) const {
+    if (!hasKey(key)) return false;
+    return Variant(g_settings_get_user_value(handle_->settings, key.toUtf8().constData())) != nullptr;
+}
+
 bool GSettingsClient::reset(const QString& key) {
     const QByteArray utf8 = key.toUtf8();
     if (!hasKey(key) || !g_settings_is_writable(handle_->settings, utf8.constData())) return false;

@@ -45,6 +45,8 @@ public:
     bool setDouble(const QString& key, double value);
     // Back to the schema's default.
     bool reset(const QString& key);
+    // The user (not the schema's default) gave the key its value, so a reset would change it.
+    bool hasUserValue(const QString& key) const;
 
 private:
     struct Handle;

@@ -1,7 +1,5 @@
 #include "CoverageWatcher.h"
 
-#include <QSocketNotifier>
-
 #include <algorithm>
 
 namespace quellton::x11 {
@@ -26,36 +24,21 @@ CoverageWatcher::CoverageWatcher(QObject* parent) : QObject(parent) {
 CoverageWatcher::~CoverageWatcher() = default;
 
 bool CoverageWatcher::start() {
-    if (notifier_) return true;
-    int screen = 0;
-    Connection connection = openConnection(&screen);
-    if (!connection) return false;
-    connection_ = std::move(connection);
+    if (atoms_) return true;
+    if (!connection_.open()) return false;
     xcb_connection_t* c = connection_.get();
     atoms_ = std::make_unique<Atoms>(c);
-    root_ = rootWindow(c, screen);
+    root_ = connection_.root();
     xcb_change_window_attributes(c, root_, XCB_CW_EVENT_MASK, &rootEvents);
-    notifier_ = new QSocketNotifier(xcb_get_file_descriptor(c), QSocketNotifier::Read, this);
-    connect(notifier_, &QSocketNotifier::activated, this, &CoverageWatcher::drain);
+    connection_.listen([this](const xcb_generic_event_t& event) {
+        // Errors come from windows that vanished while being read; the next refresh drops them.
+        if (event.response_type != 0 && !refreshTimer_.isActive()) refreshTimer_.start();
+    });
     refresh();
     return true;
 }
 
 bool CoverageWatcher::covered(const QRect& screen) const { return screenCovered(windows_, screen, workArea_); }
-
-void CoverageWatcher::drain() {
-    xcb_connection_t* c = connection_.get();
-    if (xcb_connection_has_error(c)) {
-        notifier_->setEnabled(false);
-        return;
-    }
-    bool relevant = false;
-    while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(c)}) {
-        // Errors come from windows that vanished while being read; the next refresh drops them.
-        if (event->response_type != 0) relevant = true;
-    }
-    if (relevant && !refreshTimer_.isActive()) refreshTimer_.start();
-}
 
 std::vector<xcb_window_t> CoverageWatcher::clients() const {
     xcb_connection_t* c = connection_.get();
@@ -71,13 +54,14 @@ std::vector<xcb_window_t> CoverageWatcher::clients() const {
 std::optional<ClientWindow> CoverageWatcher::describe(xcb_window_t window, std::optional<std::uint32_t> desktop) {
     xcb_connection_t* c = connection_.get();
     const Atoms& a = *atoms_;
+    // Listen before reading, so a change made in between is not lost.
+    if (!watched_.contains(window)) xcb_change_window_attributes(c, window, XCB_CW_EVENT_MASK, &clientEvents);
     const Reply<xcb_get_window_attributes_reply_t> attributes(
         xcb_get_window_attributes_reply(c, xcb_get_window_attributes(c, window), nullptr));
     const Reply<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(c, xcb_get_geometry(c, window), nullptr));
     const Reply<xcb_translate_coordinates_reply_t> origin(
         xcb_translate_coordinates_reply(c, xcb_translate_coordinates(c, window, root_, 0, 0), nullptr));
     if (!attributes || !geometry || !origin) return std::nullopt;
-    if (!watched_.contains(window)) xcb_change_window_attributes(c, window, XCB_CW_EVENT_MASK, &clientEvents);
 
     ClientWindow client;
     client.viewable = attributes->map_state == XCB_MAP_STATE_VIEWABLE;
@@ -111,8 +95,8 @@ QRect CoverageWatcher::workArea(std::optional<std::uint32_t> desktop) const {
 }
 
 void CoverageWatcher::refresh() {
+    if (connection_.broken()) return;
     xcb_connection_t* c = connection_.get();
-    if (xcb_connection_has_error(c)) return;
     const std::vector<std::uint32_t> current = readCardinals(c, root_, (*atoms_)[Atom::_NET_CURRENT_DESKTOP]);
     const std::optional<std::uint32_t> desktop =
         current.empty() ? std::nullopt : std::optional<std::uint32_t>(current.front());
@@ -128,6 +112,8 @@ void CoverageWatcher::refresh() {
     watched_ = std::move(seen);
     xcb_flush(c);
     const QRect area = workArea(desktop);
+    // Events that arrived during the round trips above wait in the queue, not on the socket.
+    connection_.deliverPending();
     if (windows == windows_ && area == workArea_) return;
     windows_ = std::move(windows);
     workArea_ = area;

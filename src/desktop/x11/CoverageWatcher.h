@@ -10,10 +10,8 @@
 #include <vector>
 
 #include "Coverage.h"
+#include "EventConnection.h"
 #include "Ewmh.h"
-#include "XcbHandles.h"
-
-class QSocketNotifier;
 
 namespace quellton::x11 {
 
@@ -33,16 +31,14 @@ signals:
     void changed();
 
 private:
-    void drain();
     void refresh();
     std::vector<xcb_window_t> clients() const;
     std::optional<ClientWindow> describe(xcb_window_t window, std::optional<std::uint32_t> desktop);
     QRect workArea(std::optional<std::uint32_t> desktop) const;
 
-    Connection connection_;
+    EventConnection connection_;
     std::unique_ptr<Atoms> atoms_;
     xcb_window_t root_ = XCB_WINDOW_NONE;
-    QSocketNotifier* notifier_ = nullptr;
     // Bursts of events (a window being dragged) lead to one re-read.
     QTimer refreshTimer_;
     std::set<xcb_window_t> watched_;

@@ -21,6 +21,7 @@ void DesktopWindow::beforeMap(xcb_window_t window) const {
     }
     writeAtoms(connection_, window, atoms_[Atom::_NET_WM_STATE], states);
     writeCardinal(connection_, window, atoms_[Atom::_NET_WM_DESKTOP], allDesktops);
+    refuseFocus(window);
     clearInputShape(window);
     xcb_flush(connection_);
 }
@@ -32,8 +33,25 @@ void DesktopWindow::afterMap(xcb_window_t window) const {
     requestStateAdd(connection_, root_, window, state, atoms_[Atom::_NET_WM_STATE_SKIP_TASKBAR],
                     atoms_[Atom::_NET_WM_STATE_SKIP_PAGER]);
     requestDesktop(connection_, root_, window, atoms_[Atom::_NET_WM_DESKTOP], allDesktops);
+    refuseFocus(window);  // the toolkit may have written its protocols again while showing
     clearInputShape(window);
     xcb_flush(connection_);
+}
+
+void DesktopWindow::refuseFocus(xcb_window_t window) const {
+    // ICCCM "no input": input hint false and no WM_TAKE_FOCUS, so no manager ever focuses the window.
+    const xcb_atom_t protocols = atoms_[Atom::WM_PROTOCOLS];
+    std::vector<xcb_atom_t> kept = readAtoms(connection_, window, protocols);
+    if (std::erase(kept, atoms_[Atom::WM_TAKE_FOCUS]) > 0) writeAtoms(connection_, window, protocols, kept);
+
+    constexpr std::uint32_t inputHint = 1;
+    std::vector<std::uint32_t> hints = readValues32(connection_, window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS);
+    hints.resize(std::max<std::size_t>(hints.size(), wmHintsLength), 0);
+    if ((hints[0] & inputHint) && hints[1] == 0) return;
+    hints[0] |= inputHint;
+    hints[1] = 0;
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_HINTS, XCB_ATOM_WM_HINTS, 32,
+                        std::uint32_t(hints.size()), hints.data());
 }
 
 void DesktopWindow::clearInputShape(xcb_window_t window) const {

@@ -7,7 +7,7 @@
 namespace quellton::x11 {
 
 // Makes a top-level window the desktop layer: desktop type, below every other window, on every
-// workspace, out of taskbar and pager, and with an empty input region so clicks fall through.
+// workspace, out of taskbar and pager, never focused, and with an empty input region so clicks fall through.
 class DesktopWindow {
 public:
     DesktopWindow(xcb_connection_t* connection, xcb_window_t root);
@@ -19,6 +19,7 @@ public:
 
 private:
     void clearInputShape(xcb_window_t window) const;
+    void refuseFocus(xcb_window_t window) const;
 
     xcb_connection_t* connection_;
     xcb_window_t root_;

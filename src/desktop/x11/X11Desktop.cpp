@@ -7,37 +7,76 @@
 
 #include <cmath>
 
+#include "Canvas.h"
+#include "IconManagerSettings.h"
 #include "WallpaperRules.h"
 
 namespace quellton {
 
 namespace x11 {
 
-X11Desktop::X11Desktop(xcb_connection_t* connection, xcb_window_t root, QObject* parent)
-    : DesktopBackend(parent), connection_(connection), marker_(connection, root) {
+namespace {
+
+// Qt's geometry in root-window pixels.
+QRect rootPixels(const QRect& rect, double devicePixelRatio) {
+    const auto scaled = [&](int v) { return int(std::lround(v * devicePixelRatio)); };
+    return QRect(scaled(rect.x()), scaled(rect.y()), scaled(rect.width()), scaled(rect.height()));
+}
+
+}  // namespace
+
+X11Desktop::X11Desktop(xcb_connection_t* connection, xcb_window_t root, std::unique_ptr<IconManagerSettings> settings,
+                       QObject* parent)
+    : DesktopBackend(parent),
+      connection_(connection),
+      settings_(std::move(settings)),
+      marker_(connection, root),
+      iconLayers_(settings_.get()) {
     connect(&clicks_, &RawClickMonitor::leftButtonPressed, this, [this](QPoint pixel) {
         const QScreen* primary = QGuiApplication::primaryScreen();
         emit leftClick(pixelToGlobal(pixel, primary ? primary->devicePixelRatio() : 1.0));
     });
     connect(&sleep_, &DisplaySleepWatcher::asleepChanged, this, &DesktopBackend::displaysAsleepChanged);
     connect(&coverage_, &CoverageWatcher::changed, this, &DesktopBackend::coverageChanged);
+    connect(&iconLayers_, &IconLayers::blockingChanged, this, &DesktopBackend::coverageChanged);
 }
 
+X11Desktop::~X11Desktop() { stop(); }
+
 void X11Desktop::start() {
+    // Before our first window maps: nemo decides at its start whether another program owns the desktop.
+    if (settings_) settings_->prepare();
     // Each part works alone: a display without XInput 2 or DPMS still gets its wallpaper.
     if (!clicks_.start()) qWarning("Quellton: Klicks auf den Schreibtisch sind nicht verfügbar (XInput 2 fehlt).");
     sleep_.start();
     coverage_.start();
+    iconLayers_.start();
+}
+
+void X11Desktop::stop() {
+    if (stopped_) return;
+    stopped_ = true;
+    iconLayers_.stop();
+    if (settings_) settings_->finish();
 }
 
 void X11Desktop::prepareWindow(QWindow& window) { marker_.beforeMap(static_cast<xcb_window_t>(window.winId())); }
 
-void X11Desktop::windowShown(QWindow& window) { marker_.afterMap(static_cast<xcb_window_t>(window.winId())); }
+void X11Desktop::windowShown(QWindow& window) {
+    marker_.afterMap(static_cast<xcb_window_t>(window.winId()));
+    // A canvas shows the icon layer over its picture where the layer is opaque.
+    if (const auto* canvas = qobject_cast<const Canvas*>(&window)) {
+        const double ratio = window.devicePixelRatio();
+        iconLayers_.addWindow(static_cast<xcb_window_t>(window.winId()), rootPixels(window.geometry(), ratio), ratio,
+                              canvas->overlay());
+    }
+}
+
+void X11Desktop::windowClosing(QWindow& window) { iconLayers_.removeWindow(static_cast<xcb_window_t>(window.winId())); }
 
 bool X11Desktop::covered(const QRect& screen, double devicePixelRatio) const {
-    const auto scaled = [&](int v) { return int(std::lround(v * devicePixelRatio)); };
-    return coverage_.covered(QRect(scaled(screen.x()), scaled(screen.y()), scaled(screen.width()),
-                                   scaled(screen.height())));
+    const QRect pixels = rootPixels(screen, devicePixelRatio);
+    return coverage_.covered(pixels) || iconLayers_.blocks(pixels);
 }
 
 std::unique_ptr<DesktopBackend> makeX11Desktop() {
@@ -45,7 +84,7 @@ std::unique_ptr<DesktopBackend> makeX11Desktop() {
     if (!x11 || !x11->connection()) return nullptr;
     xcb_connection_t* connection = x11->connection();
     const xcb_screen_t* screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
-    return std::make_unique<X11Desktop>(connection, screen->root);
+    return std::make_unique<X11Desktop>(connection, screen->root, makeIconManagerSettings());
 }
 
 }  // namespace x11

@@ -6,7 +6,12 @@
 #include "DesktopBackend.h"
 #include "DesktopWindow.h"
 #include "DisplaySleepWatcher.h"
+#include "IconLayers.h"
 #include "RawClickMonitor.h"
+
+namespace quellton {
+class IconManagerSettings;
+}
 
 namespace quellton::x11 {
 
@@ -14,21 +19,31 @@ namespace quellton::x11 {
 class X11Desktop : public DesktopBackend {
     Q_OBJECT
 public:
-    // `connection` is the toolkit's own connection, on which its windows live.
-    X11Desktop(xcb_connection_t* connection, xcb_window_t root, QObject* parent = nullptr);
+    // `connection` is the toolkit's own connection, on which its windows live. `settings` changes
+    // the icon managers' own settings while the wallpaper runs; may be null.
+    X11Desktop(xcb_connection_t* connection, xcb_window_t root, std::unique_ptr<IconManagerSettings> settings,
+               QObject* parent = nullptr);
+    ~X11Desktop() override;
 
     void start() override;
     void prepareWindow(QWindow& window) override;
     void windowShown(QWindow& window) override;
+    void windowClosing(QWindow& window) override;
+    void stop() override;
     bool covered(const QRect& screen, double devicePixelRatio) const override;
     bool displaysAsleep() const override { return sleep_.asleep(); }
 
+    const IconLayers& iconLayers() const { return iconLayers_; }
+
 private:
     xcb_connection_t* connection_;
+    std::unique_ptr<IconManagerSettings> settings_;
     DesktopWindow marker_;
     RawClickMonitor clicks_;
     DisplaySleepWatcher sleep_;
     CoverageWatcher coverage_;
+    IconLayers iconLayers_;
+    bool stopped_ = false;
 };
 
 // The desktop of the X server Qt runs on; none on another platform.
