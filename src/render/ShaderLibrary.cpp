@@ -32,8 +32,25 @@ struct ThreadContext {
         if (context && vertexArray && context->makeCurrent()) vertexArray.reset();
     }
 };
-thread_local std::unordered_map<unsigned, ThreadContext> threadContexts;
+using ThreadContexts = std::unordered_map<unsigned, ThreadContext>;
+// The shared library outlives the main thread's thread-locals at exit: it finds the map through a
+// plain pointer, which its owner clears when the thread's locals go.
+thread_local ThreadContexts* threadContexts = nullptr;
 thread_local unsigned currentGeneration = 0;
+
+struct ThreadContextsOwner {
+    ThreadContexts contexts;
+    ThreadContextsOwner() { threadContexts = &contexts; }
+    ~ThreadContextsOwner() {
+        threadContexts = nullptr;
+        currentGeneration = 0;
+    }
+};
+
+ThreadContexts& ownThreadContexts() {
+    thread_local ThreadContextsOwner owner;
+    return owner.contexts;
+}
 
 std::function<std::unique_ptr<GlContextProvider>()>& providerFactory() {
     static std::function<std::unique_ptr<GlContextProvider>()> factory = [] {
@@ -122,19 +139,20 @@ void ShaderLibrary::stopBackgroundWork() {
 }
 
 void ShaderLibrary::releaseThreadContext() {
-    threadContexts.erase(generation_);
+    if (threadContexts) threadContexts->erase(generation_);
     if (currentGeneration == generation_) currentGeneration = 0;
 }
 
 bool ShaderLibrary::bindThreadContext() {
     if (currentGeneration == generation_) return true;
-    auto it = threadContexts.find(generation_);
-    if (it == threadContexts.end()) {
+    ThreadContexts& contexts = ownThreadContexts();
+    auto it = contexts.find(generation_);
+    if (it == contexts.end()) {
         ThreadContext fresh(provider_->createShared());
         if (!fresh.context || !fresh.context->makeCurrent()) return false;
         fresh.vertexArray = makeVertexArray();
         glBindVertexArray(fresh.vertexArray.id());
-        it = threadContexts.emplace(generation_, std::move(fresh)).first;
+        it = contexts.emplace(generation_, std::move(fresh)).first;
     } else if (!it->second.context->makeCurrent()) {
         return false;
     }
