@@ -1,5 +1,7 @@
 #include "CommandLineTools.h"
 
+#include <QCoreApplication>
+
 #include <iostream>
 
 #include "CommandLine.h"
@@ -34,7 +36,14 @@ struct ModeRunner {
 }  // namespace
 
 std::optional<int> runIfRequested(std::span<const std::string> args) {
-    return std::visit(ModeRunner{}, recognizeMode(args));
+    const CommandLineMode mode = recognizeMode(args);
+    if (std::holds_alternative<NoMode>(mode)) return std::nullopt;
+    // Qt's image plugins that writing stills may load are unloaded cleanly only with an application object.
+    int argc = 1;
+    char name[] = "quellton";
+    char* argv[] = {name, nullptr};
+    QCoreApplication app(argc, argv);
+    return std::visit(ModeRunner{}, mode);
 }
 
 }  // namespace quellton::CommandLineTools

@@ -1,6 +1,7 @@
 // The application's thumbnail renderer on the real offline renderer (headless EGL).
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QTemporaryDir>
 
@@ -40,4 +41,11 @@ TEST(SnapshotThumbnailRenderer, DrawsCompiledVisualizationsOnAWorkerAndSkipsBrok
         EXPECT_GT(colours.size(), 20u) << id << " drew a flat picture";
     }
     EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files).size(), 2);
+}
+
+// Qt's image plugins, loaded for the cache, need an application object to be unloaded cleanly at exit.
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
 }
