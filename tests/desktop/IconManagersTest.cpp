@@ -190,12 +190,15 @@ protected:
     // screen without us).
     ::testing::AssertionResult judge(const Shots& s, const QImage& desktop) const {
         const QRect icons(0, 0, 200, 720);
+        QImage black(s.second.size(), s.second.format());
+        black.fill(Qt::black);
         const double moving = test::differing(s.first, s.second, rest, 8);
         const double replaced = test::differing(s.second, desktop, rest);
+        const double lit = test::differing(s.second, black, rest, 24);
         const int iconPixels = test::agreeing(s.second, desktop, icons);
-        if (moving > 0.002 && replaced > 0.3 && iconPixels > 1500) return ::testing::AssertionSuccess();
-        return ::testing::AssertionFailure() << "moving " << moving << ", replaced " << replaced << ", icon pixels "
-                                             << iconPixels;
+        if (moving > 0.002 && replaced > 0.3 && lit > 0.002 && iconPixels > 1500) return ::testing::AssertionSuccess();
+        return ::testing::AssertionFailure() << "moving " << moving << ", replaced " << replaced << ", lit " << lit
+                                             << ", icon pixels " << iconPixels;
     }
 
     ::testing::AssertionResult showsPictureAndIcons(const QImage& desktop, const std::string& shot) {
