@@ -17,6 +17,7 @@
 #include "PrivateSession.h"
 #include "SessionLock.h"
 #include "SessionTestSupport.h"
+#include "TestModel.h"
 #include "ShaderLibrary.h"
 #include "Wallpaper.h"
 #include "WindowSystemGl.h"
@@ -27,12 +28,6 @@ namespace {
 using test::output;
 using test::run;
 using test::waitUntil;
-
-struct NoLoginItem : LoginItem {
-    bool isRegistered() override { return false; }
-    bool registerItem() override { return false; }
-    bool unregisterItem() override { return false; }
-};
 
 // Top-level windows of the X server that carry the wallpaper's title.
 int wallpaperWindowsOnTheServer() {
@@ -86,12 +81,7 @@ protected:
             ASSERT_EQ(run("xrandr --setmonitor A " + placement(0, 0) + " screen"), 0);
         }
         ASSERT_TRUE(waitUntil([] { return QGuiApplication::screens().size() == 1; }));
-        ModelServices services;
-        services.settings = std::make_unique<SettingsStore>(dir.filePath(QStringLiteral("Quellton.conf")));
-        services.clock = std::make_shared<SystemClock>();
-        services.loginItem = std::make_shared<NoLoginItem>();
-        services.log = [](const std::string&) {};
-        model = std::make_unique<AppModel>(std::move(services));
+        model = test::makeTestModel(dir.filePath(QStringLiteral("Quellton.conf")));
         // The windows matter here, not the pictures: draw few and small ones.
         model->setFps(10);
         model->setQuality(Quality::saver);
