@@ -99,16 +99,16 @@ TEST_F(RunningApplication, QuitsCleanlyOnTerminationSignals) {
 
 // Through the program's own main loop: the sound server goes away and comes back, and so does capture.
 TEST_F(RunningApplication, CaptureComesBackAfterTheSoundServerRestarts) {
-    const pid_t app = start({"--autostart"});
+    QuelltonProcess app({"--autostart"});
     ASSERT_TRUE(waitForOwner());
     ASSERT_TRUE(eventually([] { return capturing(); }));
-    pulse->kill();
+    world->pulse.kill();
     std::this_thread::sleep_for(std::chrono::seconds(1));
-    ASSERT_TRUE(pulse->restart());
+    ASSERT_TRUE(world->pulse.restart());
     EXPECT_TRUE(eventually([] { return capturing(); }));
-    EXPECT_EQ(kill(app, 0), 0) << "the program must keep running";
-    kill(app, SIGTERM);
-    EXPECT_EQ(waitExit(app), 0);
+    EXPECT_EQ(kill(app.pid(), 0), 0) << "the program must keep running";
+    kill(app.pid(), SIGTERM);
+    EXPECT_EQ(app.waitExit(), 0);
     EXPECT_FALSE(capturing());
 }
 
