@@ -54,6 +54,13 @@ void DesktopWindow::refuseFocus(xcb_window_t window) const {
                         std::uint32_t(hints.size()), hints.data());
 }
 
+void DesktopWindow::framed(xcb_window_t window, xcb_window_t frame) const {
+    if (frame == root_ || frame == XCB_WINDOW_NONE) return;
+    clearInputShape(window);
+    clearInputShape(frame);
+    xcb_flush(connection_);
+}
+
 void DesktopWindow::clearInputShape(xcb_window_t window) const {
     // The XFixes request needs the extension's version handshake on this connection first.
     const Reply<xcb_xfixes_query_version_reply_t> version(xcb_xfixes_query_version_reply(

@@ -16,6 +16,9 @@ public:
     void beforeMap(xcb_window_t window) const;
     // On the mapped window: managers that only honour requests get them as client messages.
     void afterMap(xcb_window_t window) const;
+    // The window manager put the window into a frame of its own: the frame lets clicks through too,
+    // and the window's empty region is set again for managers that copy it to the frame once they manage.
+    void framed(xcb_window_t window, xcb_window_t frame) const;
 
 private:
     void clearInputShape(xcb_window_t window) const;

@@ -90,7 +90,18 @@ void IconLayers::addWindow(xcb_window_t window, const QRect& screen, double devi
     ours.devicePixelRatio = devicePixelRatio;
     ours.overlay = std::move(overlay);
     ours_.push_back(std::move(ours));
+    followParent(window);
     scheduleRefresh();
+}
+
+void IconLayers::followParent(xcb_window_t window) {
+    if (!connection_.get() || connection_.broken()) return;
+    xcb_connection_t* c = connection_.get();
+    const std::uint32_t structure = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    xcb_change_window_attributes(c, window, XCB_CW_EVENT_MASK, &structure);
+    // The window manager may have framed it before we listened.
+    const Reply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(c, xcb_query_tree(c, window), nullptr));
+    if (tree && tree->parent != tree->root) emit reparented(window, tree->parent);
 }
 
 void IconLayers::removeWindow(xcb_window_t window) {
@@ -126,6 +137,11 @@ void IconLayers::onEvent(const xcb_generic_event_t& event) {
     if (type == XCB_PROPERTY_NOTIFY && reinterpret_cast<const xcb_property_notify_event_t&>(event).window == clock_) {
         raiseWithTime(reinterpret_cast<const xcb_property_notify_event_t&>(event).time);
         return;
+    }
+    if (type == XCB_REPARENT_NOTIFY) {
+        const auto& reparent = reinterpret_cast<const xcb_reparent_notify_event_t&>(event);
+        if (std::ranges::any_of(ours_, [&](const Ours& o) { return o.window == reparent.window; }))
+            emit reparented(reparent.window, reparent.parent);
     }
     for (const auto& [window, capture] : captures_)
         if (capture->handle(event)) break;

@@ -50,6 +50,8 @@ public:
 
 signals:
     void blockingChanged();
+    // One of our windows was put into another parent, a window manager's frame.
+    void reparented(xcb_window_t window, xcb_window_t parent);
 
 private:
     struct IconWindow {
@@ -74,6 +76,7 @@ private:
     };
 
     void onEvent(const xcb_generic_event_t& event);
+    void followParent(xcb_window_t window);
     void scheduleRefresh();
     void refresh();
     std::vector<IconWindow> findIconWindows();

@@ -39,6 +39,8 @@ X11Desktop::X11Desktop(xcb_connection_t* connection, xcb_window_t root, std::uni
     connect(&sleep_, &DisplaySleepWatcher::asleepChanged, this, &DesktopBackend::displaysAsleepChanged);
     connect(&coverage_, &CoverageWatcher::changed, this, &DesktopBackend::coverageChanged);
     connect(&iconLayers_, &IconLayers::blockingChanged, this, &DesktopBackend::coverageChanged);
+    connect(&iconLayers_, &IconLayers::reparented, this,
+            [this](xcb_window_t window, xcb_window_t frame) { marker_.framed(window, frame); });
 }
 
 X11Desktop::~X11Desktop() { stop(); }
