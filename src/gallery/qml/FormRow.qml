@@ -6,10 +6,12 @@ Item {
     id: row
     property string label
     default property alias control: slot.data
+    readonly property alias hovered: hover.hovered
 
     width: parent ? parent.width : 0
     implicitHeight: Math.max(36, slot.childrenRect.height + 12)
 
+    HoverHandler { id: hover }
     Rectangle {
         visible: row.Positioner.index > 0
         anchors { left: parent.left; right: parent.right; leftMargin: 10; rightMargin: 10 }

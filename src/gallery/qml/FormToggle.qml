@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Basic
 
 // A form row with a switch; `tip` shows while the pointer is over the row.
 FormRow {
@@ -17,8 +16,9 @@ FormRow {
         Accessible.description: row.tip
     }
 
-    HoverHandler { id: hover }
-    ToolTip.visible: tip !== "" && hover.hovered
-    ToolTip.delay: 600
-    ToolTip.text: tip
+    Tip {
+        parent: row
+        visible: row.tip !== "" && row.hovered
+        text: row.tip
+    }
 }

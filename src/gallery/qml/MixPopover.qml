@@ -5,6 +5,7 @@ import Quellton
 // "Alle", "Keine", "Nächste".
 Popover {
     id: popover
+    title: "Mix"
     readonly property var controls: Gallery.controls
     width: 320
     padding: 14

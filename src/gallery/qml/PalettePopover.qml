@@ -4,6 +4,7 @@ import Quellton
 // The colour world for every visualization: "Original" (each its own) or one of the palettes.
 Popover {
     id: popover
+    title: "Farben"
     firstControl: original
 
     Column {

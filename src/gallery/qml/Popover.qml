@@ -8,6 +8,12 @@ T.Popup {
     id: popover
     // The control that gets the focus when the popover opens.
     property Item firstControl: null
+    // What screen readers call it: the button's text. (The name belongs to the item that holds the
+    // background and the content: the popup itself is no item.)
+    property string title
+    function nameForScreenReaders() { if (background && background.parent) background.parent.Accessible.name = title }
+    onTitleChanged: nameForScreenReaders()
+    Component.onCompleted: nameForScreenReaders()
 
     x: parent ? Math.round((parent.width - width) / 2) : 0
     y: parent ? parent.height + 6 : 0

@@ -5,6 +5,7 @@ import Quellton
 // level meter (running only while this is open) and a hint whether music arrives.
 Popover {
     id: popover
+    title: "Reaktion"
     readonly property var controls: Gallery.controls
     width: 320
     firstControl: quick

@@ -13,15 +13,16 @@ Item {
     implicitWidth: size
     implicitHeight: size
 
+    // Neither symbol binds to `name`: the one going away keeps showing the old symbol.
     onNameChanged: {
         if (showingFirst) second.name = name; else first.name = name
         showingFirst = !showingFirst
     }
+    Component.onCompleted: if (first.name === "" && second.name === "") first.name = name
 
     Symbol {
         id: first
         anchors.centerIn: parent
-        name: replacing.name
         color: replacing.color
         size: replacing.size
         opacity: replacing.showingFirst ? 1 : 0

@@ -4,6 +4,7 @@ import Quellton
 // Quality and frame rate, the screens, the system's own desktop picture, and starting at login.
 Popover {
     id: popover
+    title: "Einstellungen"
     readonly property var controls: Gallery.controls
     width: 340
     padding: 14
@@ -21,7 +22,7 @@ Popover {
                 label: "Qualität"
                 SegmentedPicker {
                     id: quality
-                    width: 214
+                    width: 224
                     name: "Qualität"
                     model: popover.controls.qualities
                     currentIndex: popover.controls.qualities.indexOf(AppModel.quality)

@@ -1,5 +1,4 @@
 import QtQuick
-import QtQuick.Controls.Basic
 import QtQuick.Templates as T
 
 // A toolbar button: symbol and text, a tooltip, and a popover that a click (or Space or Enter) opens
@@ -50,9 +49,10 @@ T.AbstractButton {
         }
     }
 
-    ToolTip.visible: hovered && !open
-    ToolTip.delay: 600
-    ToolTip.text: tip
+    Tip {
+        visible: button.hovered && !button.open
+        text: button.tip
+    }
     Accessible.role: Accessible.Button
     Accessible.name: text
     Accessible.description: tip
