@@ -17,6 +17,8 @@ ComboBox {
     Keys.onReturnPressed: popup.open()
     Keys.onEnterPressed: popup.open()
     Accessible.name: name
+    // The chosen text, which screen readers would otherwise not hear: the name is the row's label.
+    Accessible.description: displayText
 
     background: Rectangle {
         radius: 6
