@@ -2,7 +2,7 @@ import QtQuick
 import Quellton.Gallery
 
 // Four bars for bass, mids, highs and beat of the newest sound, shaped with `strength`, redrawn at
-// most 30 times a second while `running`. A bar is never lower than 4 so it is seen in silence.
+// most 30 times a second while `running`. A bar's fill is never lower than 4 so it is seen in silence.
 Item {
     id: meter
     property real strength: 1
@@ -36,16 +36,25 @@ Item {
                     radius: Math.min(width, height) / 2
                     color: Theme.quaternaryFill
 
-                    Rectangle {
+                    // The fill is the track's own shape cut off at the level, so a low level stays
+                    // inside the track's rounded bottom rather than poking out of it.
+                    Item {
                         // Read by screen readers (and tests) as the bar's value.
                         property real value: levels.levels[bar.index]
                         anchors.bottom: parent.bottom
                         width: parent.width
                         height: Math.max(track.height * value, 4)
-                        radius: Math.min(width, height) / 2
-                        color: Theme.accent
+                        clip: true
                         Accessible.role: Accessible.ProgressBar
                         Accessible.name: bar.modelData
+
+                        Rectangle {
+                            anchors.bottom: parent.bottom
+                            width: track.width
+                            height: track.height
+                            radius: track.radius
+                            color: Theme.accent
+                        }
                     }
                 }
                 Text {

@@ -44,7 +44,8 @@ Item {
     }
     Rectangle {
         id: thumb
-        readonly property Item marked: segments.itemAt(picker.currentIndex)
+        // Asked again as the segments are made: itemAt() alone would not tell when they appear.
+        readonly property Item marked: segments.count > 0 ? segments.itemAt(picker.currentIndex) : null
         visible: marked !== null
         x: marked ? marked.x + 2 : 0
         y: 2
