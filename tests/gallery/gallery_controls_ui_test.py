@@ -12,6 +12,7 @@ import sys
 import time
 import unittest
 
+import settings_file
 from desktop_session import DesktopSession, Rect
 from pulse_server import PulseServer
 
@@ -41,8 +42,9 @@ class Controls(unittest.TestCase):
 
     @classmethod
     def setUpClass(cls):
-        cls.pulse = PulseServer().__enter__()
-        cls.desktop = DesktopSession(size=(1500, 950)).__enter__()
+        # Ended in reverse order, also when starting fails half-way.
+        cls.pulse = cls.enterClassContext(PulseServer())
+        cls.desktop = cls.enterClassContext(DesktopSession(size=(1500, 950)))
         cls.desktop.env.update(cls.pulse.env)
         folder = cls.desktop.folder
         cls.config = os.path.join(folder, "config", "Quellton", "Quellton.conf")
@@ -63,13 +65,15 @@ class Controls(unittest.TestCase):
         cls.desktop.wait(lambda: cls.frame.name == "Alle Darstellungen — 97 Darstellungen", 30, "first title")
         cls.shots = os.environ.get("QUELLTON_SHOTS")
 
-    @classmethod
-    def tearDownClass(cls):
-        cls.desktop.__exit__(None, None, None)
-        cls.pulse.__exit__(None, None, None)
-
     def setUp(self):
         self.started = time.monotonic()
+        # A test that failed half-way may have left its popover open: it would take the next one's clicks.
+        for _ in range(3):  # a picker's list, then its popover
+            if not self.popovers():
+                break
+            self.desktop.key("Escape")
+            time.sleep(0.5)
+        self.assertFalse(self.popovers(), "a popover left open")
 
     def tearDown(self):
         print(f"  {self.id().rsplit('.', 1)[1]} took {time.monotonic() - self.started:.1f} s", file=sys.stderr)
@@ -137,11 +141,7 @@ class Controls(unittest.TestCase):
         return marked[0] if len(marked) == 1 else marked
 
     def stored(self, key):
-        with open(self.config) as config:
-            for line in config:
-                if line.startswith(key + "="):
-                    return line.split("=", 1)[1].strip()
-        return None
+        return settings_file.stored(self.config, key)
 
     def wait_stored(self, key, value):
         self.wait(lambda: self.stored(key) == value, f"{key}={value} is saved (now {self.stored(key)!r})")
