@@ -6,7 +6,7 @@
 namespace quellton {
 
 Gallery::Gallery(AppModel& model, QObject* parent)
-    : QObject(parent), model_(model), sidebar_(model), cards_(model), hero_(model) {
+    : QObject(parent), model_(model), sidebar_(model), cards_(model), hero_(model), controls_(model) {
     connect(&cards_, &CardModel::countChanged, this, &Gallery::subtitleChanged);
     connect(this, &Gallery::selectionChanged, this, &Gallery::windowTitleChanged);
     connect(this, &Gallery::subtitleChanged, this, &Gallery::windowTitleChanged);

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include "CardModel.h"
+#include "ControlsModel.h"
 #include "HeroModel.h"
 #include "SidebarModel.h"
 
@@ -12,12 +13,13 @@ namespace quellton {
 class AppModel;
 
 // The state of one gallery window that QML binds to: the sidebar selection, the cards it filters,
-// the hero, the titles, and the actions of the cards.
+// the hero, the titles, the actions of the cards, and what the toolbar's controls need.
 class Gallery : public QObject {
     Q_OBJECT
     Q_PROPERTY(SidebarModel* sidebar READ sidebar CONSTANT)
     Q_PROPERTY(CardModel* cards READ cards CONSTANT)
     Q_PROPERTY(HeroModel* hero READ hero CONSTANT)
+    Q_PROPERTY(ControlsModel* controls READ controls CONSTANT)
     Q_PROPERTY(int selectedRow READ selectedRow WRITE select NOTIFY selectionChanged)
     Q_PROPERTY(QString title READ title NOTIFY selectionChanged)
     Q_PROPERTY(QString subtitle READ subtitle NOTIFY subtitleChanged)
@@ -29,6 +31,7 @@ public:
     SidebarModel* sidebar() { return &sidebar_; }
     CardModel* cards() { return &cards_; }
     HeroModel* hero() { return &hero_; }
+    ControlsModel* controls() { return &controls_; }
 
     // -1 is no selection, which shows everything.
     int selectedRow() const { return selectedRow_; }
@@ -57,6 +60,7 @@ private:
     SidebarModel sidebar_;
     CardModel cards_;
     HeroModel hero_;
+    ControlsModel controls_;
     int selectedRow_ = 0;
 };
 

@@ -41,6 +41,7 @@ void registerTypes() {
         qmlRegisterAnonymousType<SidebarModel>("Quellton", 1);
         qmlRegisterAnonymousType<CardModel>("Quellton", 1);
         qmlRegisterAnonymousType<HeroModel>("Quellton", 1);
+        qmlRegisterAnonymousType<ControlsModel>("Quellton", 1);
         registerEngineObject<Gallery>("Gallery");
         registerEngineObject<AppModel>("AppModel");
         registerEngineObject<DesktopAppearance>("Desktop");

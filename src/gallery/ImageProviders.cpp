@@ -1,5 +1,6 @@
 #include "ImageProviders.h"
 
+#include <QFile>
 #include <QIcon>
 #include <QPainter>
 #include <QPainterPath>
@@ -48,6 +49,25 @@ void boxBlur(std::vector<float>& alpha, int width, int height, int radius, bool 
 
 }  // namespace
 
+namespace {
+
+QString ownDrawing(const QString& name) { return QStringLiteral(":/quellton/gallery/symbols/%1.svg").arg(name); }
+
+// "<symbol>.circle.fill" without a drawing of its own: a filled disc with the symbol cut out of it.
+void drawCutOutOfDisc(QPainter& painter, const QString& inner, QSizeF size) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(Qt::black);
+    const QRectF disc = QRectF(QPointF(0, 0), size).adjusted(size.width() / 24, size.height() / 24,
+                                                             -size.width() / 24, -size.height() / 24);
+    painter.drawEllipse(disc);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    const QSizeF cut = size * 0.58;
+    QSvgRenderer(ownDrawing(inner)).render(&painter, QRectF(disc.center() - QPointF(cut.width(), cut.height()) / 2, cut));
+}
+
+}  // namespace
+
 QImage SymbolProvider::requestImage(const QString& id, QSize* size, const QSize& requestedSize) {
     const QString name = id.section('/', 0, 0);
     const QColor colour(QStringLiteral("#") + id.section('/', 1, 1));
@@ -56,11 +76,14 @@ QImage SymbolProvider::requestImage(const QString& id, QSize* size, const QSize&
     QPainter painter(&image);
     const QStringList themed = symbolThemeNames(name);
     const auto found = std::find_if(themed.begin(), themed.end(), [](const QString& n) { return QIcon::hasThemeIcon(n); });
+    const QString discSuffix = QStringLiteral(".circle.fill");
     if (found != themed.end()) {
         const QPixmap pixmap = QIcon::fromTheme(*found).pixmap(wanted);
         painter.drawPixmap(QRect(QPoint(0, 0), wanted).center() - pixmap.rect().center(), pixmap);
+    } else if (name.endsWith(discSuffix) && !QFile::exists(ownDrawing(name))) {
+        drawCutOutOfDisc(painter, name.chopped(discSuffix.size()), wanted);
     } else {
-        QSvgRenderer(QStringLiteral(":/quellton/gallery/symbols/%1.svg").arg(name)).render(&painter, QRectF(QPointF(0, 0), wanted));
+        QSvgRenderer(ownDrawing(name)).render(&painter, QRectF(QPointF(0, 0), wanted));
     }
     painter.end();
     if (size) *size = wanted;

@@ -22,6 +22,9 @@ inline QStringList symbolThemeNames(const QString& symbol) {
         {"forward.fill", {"media-skip-forward-symbolic", "media-skip-forward"}},
         {"plus", {"list-add-symbolic", "list-add"}},
         {"checkmark", {"object-select-symbolic", "checkmark"}},
+        {"play.fill", {"media-playback-start-symbolic", "media-playback-start"}},
+        {"pause.fill", {"media-playback-pause-symbolic", "media-playback-pause"}},
+        {"speaker.slash", {"audio-volume-muted-symbolic", "audio-volume-muted"}},
     };
     return names.value(symbol);
 }

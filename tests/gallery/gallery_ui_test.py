@@ -9,6 +9,7 @@ import sys
 import time
 import unittest
 
+import settings_file
 from desktop_session import DesktopSession
 
 HARNESS = None
@@ -133,11 +134,7 @@ class Gallery(unittest.TestCase):
         return ids[0] if ids else None
 
     def stored(self, key):
-        with open(self.config) as config:
-            for line in config:
-                if line.startswith(key + "="):
-                    return line.split("=", 1)[1].strip()
-        return None
+        return settings_file.stored(self.config, key)
 
     # -- the tests ----------------------------------------------------------------------------
 

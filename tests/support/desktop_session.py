@@ -37,7 +37,8 @@ API
     .find_all(name=None, role=None, within=None, exact=True) -> [Node]   (no waiting)
     .cpu_seconds(thread=None)   user + system time used so far, by the process or its threads of that name
   Node                      a live view of one accessible object
-    .name, .role, .rect (screen pixels, None without a place), .center, .children, .states, .showing
+    .name, .role, .rect (screen pixels, None without a place), .center, .children, .states, .showing,
+    .description (a tooltip, for Qt), .value (a slider's; None for objects without one)
   Rect(x, y, width, height) with .center and .contains(x, y)
   Image                     .mean() brightness 0..1, .stddev(), .difference(other) 0..1 (RMSE), .path
 
@@ -161,6 +162,18 @@ class Node:
     @property
     def showing(self):
         return "showing" in self.states
+
+    @property
+    def description(self):
+        return _patient(lambda: self._a.description or "")
+
+    @property
+    def value(self):
+        """A slider's (or other ranged control's) current value; None for objects without one."""
+        try:
+            return _patient(lambda: self._a.queryValue().currentValue)
+        except NotImplementedError:
+            return None
 
     def descendants(self):
         stack = list(self.children)
