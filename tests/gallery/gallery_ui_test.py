@@ -82,8 +82,13 @@ class Gallery(unittest.TestCase):
         return self.app.find(text, role="list item", within=self.sidebar)
 
     def badges(self):
-        """Sidebar row -> its count, in the order shown."""
-        return {n.name: int(n.children[0].name) for n in self.app.find_all(role="list item", within=self.sidebar)}
+        """Sidebar row -> its count, in the order shown, once every badge has told its number."""
+        def read():
+            rows = self.app.find_all(role="list item", within=self.sidebar)
+            texts = [(n.name, n.children[0].name) for n in rows]
+            return texts if texts and all(t.isdigit() for _, t in texts) else None
+        texts = self.wait(read, "sidebar badges with numbers")
+        return {name: int(text) for name, text in texts}
 
     def badge(self, text):
         return self.badges()[text]
