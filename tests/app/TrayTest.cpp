@@ -296,7 +296,7 @@ TEST_F(Tray, InAnXEmbedTrayTheIconShowsTheMenuAndOpensTheGallery) {
     // The right button shows the menu; the left one opens the gallery.
     ASSERT_TRUE(test::shell("xdotool mousemove " + at + " click 3"));
     EXPECT_TRUE(waitUntil([&] { return windows.popups(wmClass).size() == 1; }, patience));
-    if (const char* shots = std::getenv("QUELLTON_TEST_SHOTS"))
+    if (const char* shots = std::getenv("QUELLTON_SHOTS"))
         test::shell("import -window root " + std::string(shots) + "/xembed-menu.png");
     ASSERT_TRUE(test::shell("xdotool key Escape"));
     EXPECT_TRUE(waitUntil([&] { return windows.popups(wmClass).empty(); }, patience));

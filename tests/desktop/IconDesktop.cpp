@@ -152,7 +152,7 @@ int selectionBlue(const QImage& image, const QRect& area) {
 }
 
 void keepShot(const QImage& image, const std::string& name) {
-    const QByteArray folder = qgetenv("QUELLTON_SHOT_DIR");
+    const QByteArray folder = qgetenv("QUELLTON_SHOTS");
     if (folder.isEmpty() || image.isNull()) return;
     QDir().mkpath(QString::fromLocal8Bit(folder));
     image.save(QString::fromLocal8Bit(folder) + u'/' + QString::fromStdString(name) + QStringLiteral(".png"));

@@ -57,7 +57,7 @@ double differing(const QImage& a, const QImage& b, const QRect& area, int tolera
 int agreeing(const QImage& a, const QImage& b, const QRect& area, int tolerance = 3);
 // Pixels in `area` of the blue that desktops paint behind a selected icon's label.
 int selectionBlue(const QImage& image, const QRect& area);
-// Keeps a screenshot under $QUELLTON_SHOT_DIR, when it is set, for people to look at.
+// Keeps a screenshot under $QUELLTON_SHOTS, when it is set, for people to look at.
 void keepShot(const QImage& image, const std::string& name);
 
 }  // namespace quellton::test

@@ -24,9 +24,9 @@ inline double nonFlatShare(const QImage& image, QRect area = {}) {
     return double(differing) / (double((r.width() + 1) / 2) * ((r.height() + 1) / 2));
 }
 
-// Keeps a screenshot for people to look at when QUELLTON_TEST_SHOTS names a folder.
+// Keeps a screenshot for people to look at when QUELLTON_SHOTS names a folder.
 inline void keepShot(const QImage& image, const char* name) {
-    if (const char* dir = std::getenv("QUELLTON_TEST_SHOTS"))
+    if (const char* dir = std::getenv("QUELLTON_SHOTS"))
         image.save(QString::fromUtf8(dir) + QStringLiteral("/") + QString::fromUtf8(name) + QStringLiteral(".png"));
 }
 
