@@ -27,9 +27,11 @@ run: build
 test: build
 	ctest --test-dir $(BUILD) --output-on-failure -j $(JOBS) --timeout 900
 
-# The whole suite built with AddressSanitizer and UndefinedBehaviorSanitizer, in its own folder.
+# The whole suite built with AddressSanitizer and UndefinedBehaviorSanitizer, in its own folder;
+# -O1 and line tables only, which build much faster and still name file and line in every report.
 test-asan: deps
-	@cmake -S . -B $(ASAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQUELLTON_SANITIZE=ON >/dev/null
+	@cmake -S . -B $(ASAN_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DQUELLTON_SANITIZE=ON \
+		"-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1 -g1 -DNDEBUG" >/dev/null
 	@cmake --build $(ASAN_BUILD) -j $(JOBS)
 	$(SANITIZER_ENV) ctest --test-dir $(ASAN_BUILD) --output-on-failure -j $(JOBS) --timeout 1800 $(ASAN_CTEST_ARGS)
 

@@ -69,10 +69,22 @@ protected:
         QImage shot;
         return waitUntil([&] { return wanted(shot = sway().grab()); }) ? shot : QImage();
     }
-    // Drawing goes on: the frame count grows within the time.
-    static bool drawing(const WallpaperSurface& surface) {
-        const long before = surface.framesDrawn();
-        return waitUntil([&] { return surface.framesDrawn() > before + 2; }, 20000);
+    // Drawing goes on on the screen's surface: its frame count grows within the time. A change of the
+    // output may still make the controller build the surface anew meanwhile; the new one counts afresh.
+    bool drawing(std::size_t screen = 0) const {
+        const WallpaperSurface* counted = nullptr;
+        long before = 0;
+        return waitUntil([&] {
+            const std::vector<WallpaperSurface*> now = controller->surfaces();
+            if (screen >= now.size()) return false;
+            const long frames = now[screen]->framesDrawn();
+            if (now[screen] != counted || frames < before) {
+                counted = now[screen];
+                before = frames;
+                return false;
+            }
+            return frames > before + 2;
+        }, 20000);
     }
 
     QTemporaryDir dir;
@@ -86,7 +98,7 @@ TEST_F(WaylandWallpaperTest, AMovingPictureFillsTheOutputUnderTheWindows) {
     ASSERT_EQ(controller->layout().size(), 1u);
     EXPECT_EQ(first().geometry(), QRect(0, 0, 1280, 720));
     EXPECT_FALSE(hidden(first()));
-    ASSERT_TRUE(drawing(first()));
+    ASSERT_TRUE(drawing());
 
     const QImage picture = grabWhen([](const QImage& shot) { return nonFlatShare(shot) > 0.5; });
     ASSERT_FALSE(picture.isNull()) << "no picture";
@@ -109,7 +121,7 @@ TEST_F(WaylandWallpaperTest, AMovingPictureFillsTheOutputUnderTheWindows) {
 }
 
 TEST_F(WaylandWallpaperTest, AFullscreenWindowStopsTheDrawingUntilItGoes) {
-    ASSERT_TRUE(drawing(first()));
+    ASSERT_TRUE(drawing());
     clients.push_back(sway().spawnClient({"foot", "--app-id=video", "sleep", "600"}));
     ASSERT_TRUE(waitUntil([] { return sway().query("get_tree").find("\"video\"") != std::string::npos; }));
     settle(300);
@@ -123,13 +135,13 @@ TEST_F(WaylandWallpaperTest, AFullscreenWindowStopsTheDrawingUntilItGoes) {
 
     ASSERT_TRUE(sway().command("[app_id=video] fullscreen disable"));
     ASSERT_TRUE(waitUntil([&] { return !hidden(first()); }));
-    ASSERT_TRUE(drawing(first()));
+    ASSERT_TRUE(drawing());
     ASSERT_TRUE(sway().command("[app_id=video] fullscreen enable"));
     ASSERT_TRUE(waitUntil([&] { return hidden(first()); }));
     // The window's end uncovers the desktop as well.
     ASSERT_TRUE(sway().command("[app_id=video] kill"));
     ASSERT_TRUE(waitUntil([&] { return !hidden(first()); }));
-    EXPECT_TRUE(drawing(first()));
+    EXPECT_TRUE(drawing());
 }
 
 TEST_F(WaylandWallpaperTest, EachOutputGetsItsSurfaceAndLosesItWithTheOutput) {
@@ -138,7 +150,7 @@ TEST_F(WaylandWallpaperTest, EachOutputGetsItsSurfaceAndLosesItWithTheOutput) {
     const auto surfaces = controller->surfaces();
     EXPECT_EQ(surfaces[0]->geometry(), QRect(0, 0, 1280, 720));
     EXPECT_EQ(surfaces[1]->geometry(), QRect(1280, 0, 1280, 720));
-    EXPECT_TRUE(drawing(*surfaces[1]));
+    EXPECT_TRUE(drawing(1));
     const QImage both = grabWhen([](const QImage& shot) {
         return shot.width() == 2560 && nonFlatShare(shot, QRect(0, 0, 1280, 720)) > 0.5 &&
                nonFlatShare(shot, QRect(1280, 0, 1280, 720)) > 0.5;
@@ -158,26 +170,26 @@ TEST_F(WaylandWallpaperTest, EachOutputGetsItsSurfaceAndLosesItWithTheOutput) {
     ASSERT_TRUE(waitUntil([&] { return controller->surfaces().size() == 1; }));
     EXPECT_EQ(controller->layout().size(), 1u);
     EXPECT_EQ(first().geometry(), QRect(0, 0, 1280, 720));
-    EXPECT_TRUE(drawing(first()));
+    EXPECT_TRUE(drawing());
 }
 
 TEST_F(WaylandWallpaperTest, FollowsIntegerAndFractionalOutputScales) {
     ASSERT_TRUE(sway().command("output WL-1 scale 2"));
     ASSERT_TRUE(waitUntil([&] { return first().geometry() == QRect(0, 0, 640, 360); }));
-    auto* layer = desktop->surfaces().front();
-    ASSERT_TRUE(waitUntil([&] { return layer->bufferLayout().pixels == QSize(1280, 720); }));
-    EXPECT_EQ(layer->bufferLayout().bufferScale, 2);
-    EXPECT_FALSE(layer->bufferLayout().viewport);
-    EXPECT_TRUE(drawing(first()));
+    // The surface as it is now: an output change may still make it anew.
+    const auto layout = [&] { return desktop->surfaces().front()->bufferLayout(); };
+    ASSERT_TRUE(waitUntil([&] { return layout().pixels == QSize(1280, 720); }));
+    EXPECT_EQ(layout().bufferScale, 2);
+    EXPECT_FALSE(layout().viewport);
+    EXPECT_TRUE(drawing());
 
     ASSERT_TRUE(sway().command("output WL-1 scale 1.5"));
     ASSERT_TRUE(waitUntil([&] { return first().geometry().width() == 853; }));
-    layer = desktop->surfaces().front();
     // Every pixel of the panel drawn once: the viewporter maps the full-size buffer onto the output.
-    ASSERT_TRUE(waitUntil([&] { return layer->bufferLayout().pixels == QSize(1280, 720); }));
-    EXPECT_EQ(layer->bufferLayout().bufferScale, 1);
-    EXPECT_TRUE(layer->bufferLayout().viewport);
-    EXPECT_TRUE(drawing(first()));
+    ASSERT_TRUE(waitUntil([&] { return layout().pixels == QSize(1280, 720); }));
+    EXPECT_EQ(layout().bufferScale, 1);
+    EXPECT_TRUE(layout().viewport);
+    EXPECT_TRUE(drawing());
     const QImage scaled = grabWhen([](const QImage& shot) { return nonFlatShare(shot) > 0.5; });
     ASSERT_FALSE(scaled.isNull());
     keepShot(scaled, "wayland-scale-1.5");
