@@ -58,6 +58,8 @@ import tempfile
 import time
 from dataclasses import dataclass
 
+from private_service import PrivateService
+
 ACCESSIBILITY_BUS_LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
 
 
@@ -233,7 +235,7 @@ class App:
         return self.session.wait(first, timeout, f"no {role or 'object'} named {name!r}")
 
 
-class DesktopSession:
+class DesktopSession(PrivateService):
     def __init__(self, size=(1600, 1000), window_manager="openbox"):
         self.size = size
         self.window_manager = window_manager
@@ -244,17 +246,6 @@ class DesktopSession:
         self._shots = 0
 
     # -- the session --------------------------------------------------------------------------
-
-    def __enter__(self):
-        try:
-            self._start()
-        except BaseException:
-            self.close()
-            raise
-        return self
-
-    def __exit__(self, *exc):
-        self.close()
 
     def _start(self):
         for sub in ("home", "config", "cache", "data", "state", "runtime"):

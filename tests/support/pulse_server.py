@@ -17,24 +17,15 @@ import subprocess
 import tempfile
 import time
 
+from private_service import PrivateService
 
-class PulseServer:
+
+class PulseServer(PrivateService):
     def __init__(self):
         self.folder = tempfile.mkdtemp(prefix="quellton-pulse-")
         self.env = {}
         self._daemon = None
         self._players = []
-
-    def __enter__(self):
-        try:
-            self._start()
-        except BaseException:
-            self.close()
-            raise
-        return self
-
-    def __exit__(self, *exc):
-        self.close()
 
     def _start(self):
         for sub in ("home", "runtime"):
