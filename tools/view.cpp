@@ -15,6 +15,7 @@
 #include "RenderThread.h"
 #include "ShaderLibrary.h"
 #include "VisualRenderer.h"
+#include "WindowEnvironment.h"
 #include "WindowSystemGl.h"
 
 using namespace quellton;
@@ -51,8 +52,10 @@ int main(int argc, char** argv) {
     ShaderLibrary::shared().compileAll(id, [] {});
     AudioSpectrum::shared().start();
     PowerProfileWatcher power;
+    RenderState::setLowPower(power.powerSaver());
+    QObject::connect(&power, &PowerProfileWatcher::powerSaverChanged, &RenderState::setLowPower);
 
-    Canvas canvas(Role::wallpaper);
+    Canvas canvas(Role::wallpaper, windowEnvironment());
     canvas.setTitle(QString::fromStdString("Quellton – " + Catalog::byID(id)->name));
     canvas.resize(960, 540);
     canvas.show();

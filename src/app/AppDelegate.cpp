@@ -8,6 +8,7 @@
 #include <fstream>
 
 #include "AppIcons.h"
+#include "Application.h"
 #include "AppModel.h"
 #include "AudioSpectrum.h"
 #include "GalleryWindowFactory.h"
@@ -21,12 +22,6 @@ namespace {
 
 constexpr double loginWindowSeconds = 180;
 
-// Work posted from capture threads runs on the thread of the application object.
-void runOnMainThread(std::function<void()> work) {
-    if (QCoreApplication* app = QCoreApplication::instance())
-        QMetaObject::invokeMethod(app, std::move(work), Qt::QueuedConnection);
-}
-
 }  // namespace
 
 AppDelegate::AppDelegate(bool launchedAtLogin, QObject* parent)
@@ -38,11 +33,6 @@ AppDelegate::~AppDelegate() {
 }
 
 void AppDelegate::didFinishLaunching() {
-    AudioSpectrumOptions options;
-    options.mainThread = runOnMainThread;
-    AudioSpectrum::setSharedOptions(std::move(options));  // before anything reads the analyser
-    sharedModelHooks().scheduleWallpaper = [] { SystemWallpaper::shared().schedule(); };
-    sharedModelHooks().restoreWallpaper = [] { SystemWallpaper::shared().restoreOriginal(); };
     AppModel::shared().start();
     QGuiApplication::setWindowIcon(applicationIcon());
     tray = std::make_unique<TrayItem>(AppModel::shared(), [this] { showGallery(); });
@@ -71,10 +61,8 @@ void AppDelegate::showGallery() {
 void AppDelegate::windowWillClose() { AppModel::shared().setHoverID(std::nullopt); }
 
 void AppDelegate::willTerminate() {
-    AudioSpectrum::shared().stop();
-    SystemWallpaper::stopShared();
-    // After the sync: a still it handed over while an icon layer's backdrop was keyed comes with the user's backdrop.
-    WallpaperController::shared().stop();
+    // Before the event loop's end: the desktop gets back what it lent us while it still answers.
+    Application::stopProcessWide();
 }
 
 bool AppDelegate::launchedAtLogin(std::span<const std::string> args, std::optional<double> uptimeSeconds) {

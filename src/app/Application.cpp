@@ -2,19 +2,78 @@
 
 #include <QApplication>
 
+#include <chrono>
 #include <cstdlib>
 #include <iostream>
 
 #include "AppDelegate.h"
+#include "AppModel.h"
+#include "AudioSpectrum.h"
+#include "DisplayLoss.h"
 #include "GraphicalSession.h"
+#include "ModelServices.h"
 #include "PowerProfile.h"
+#include "ProcessEnd.h"
 #include "QuitSignals.h"
+#include "RenderSettings.h"
 #include "RenderThread.h"
 #include "ShaderLibrary.h"
 #include "SingleInstance.h"
+#include "Wallpaper.h"
 #include "WindowSystemGl.h"
 
+// The process-wide instances, made here in this order, stopped at quit in the order on the right,
+// never destroyed (ProcessWide.h):
+//
+//   made  instance              owns                                              stopped
+//   1     ShaderLibrary         GL share group on our display connection,        6  compile workers
+//                               compile workers
+//   2     RenderThread          the thread that draws every canvas               5
+//   3     AudioSpectrum         capture (PulseAudio mainloop thread), analysis   1
+//   4     AppModel              settings, selection, Mix, thumbnails             -  (saves as it changes)
+//   5     SystemWallpaper       the desktop-picture sync's worker                2  before the controller, so a
+//                                                                                   still it hands over comes
+//                                                                                   with the user's backdrop
+//   6     WallpaperController   the desktop host and its surfaces                3  gives the desktop back
+//
+// Stopping runs on the main thread as the event loop quits (AppDelegate::willTerminate); ProcessEnd ends the process within
+// quitDeadline whatever a thread is stuck in, and at once when a library calls exit() meanwhile.
+
 namespace quellton::Application {
+
+namespace {
+
+constexpr std::chrono::seconds quitDeadline{4};
+
+// Work posted from capture threads runs on the thread of the application object.
+void runOnMainThread(std::function<void()> work) {
+    if (QCoreApplication* app = QCoreApplication::instance())
+        QMetaObject::invokeMethod(app, std::move(work), Qt::QueuedConnection);
+}
+
+void makeProcessWide() {
+    ShaderLibrary::shared();
+    RenderThread::shared();
+    AudioSpectrumOptions options;
+    options.mainThread = runOnMainThread;
+    AudioSpectrum::setSharedOptions(std::move(options));
+    AudioSpectrum::shared();
+    sharedModelHooks().scheduleWallpaper = [] { SystemWallpaper::shared().schedule(); };
+    sharedModelHooks().restoreWallpaper = [] { SystemWallpaper::shared().restoreOriginal(); };
+    AppModel::shared();
+    SystemWallpaper::shared();
+    WallpaperController::shared();
+}
+
+}  // namespace
+
+void stopProcessWide() {
+    AudioSpectrum::shared().stop();
+    SystemWallpaper::stopShared();
+    WallpaperController::shared().stop();
+    RenderThread::stopShared();
+    ShaderLibrary::shared().stopBackgroundWork();
+}
 
 int run(int& argc, char** argv, std::span<const std::string> args) {
     switch (chooseDisplayServer()) {
@@ -33,6 +92,8 @@ int run(int& argc, char** argv, std::span<const std::string> args) {
     QApplication::setDesktopFileName(QStringLiteral(QUELLTON_APP_ID));
     // Only the tray item and the wallpapers exist most of the time; closing the gallery must not quit.
     QApplication::setQuitOnLastWindowClosed(false);
+    ProcessEnd end;
+    endProcessOnDisplayLoss();
 
     SingleInstance instance;
     if (!instance.claim()) {
@@ -46,18 +107,19 @@ int run(int& argc, char** argv, std::span<const std::string> args) {
         return 1;
     }
     PowerProfileWatcher powerProfile;
+    RenderState::setLowPower(powerProfile.powerSaver());
+    QObject::connect(&powerProfile, &PowerProfileWatcher::powerSaverChanged, &RenderState::setLowPower);
+    makeProcessWide();
 
     QuitSignals quitSignals;
     QObject::connect(&quitSignals, &QuitSignals::quitRequested, &app, &QCoreApplication::quit);
 
     AppDelegate delegate(AppDelegate::launchedAtLogin(args, AppDelegate::systemUptime()));
     QObject::connect(&instance, &SingleInstance::activated, &delegate, &AppDelegate::reopen);
+    QObject::connect(&app, &QCoreApplication::aboutToQuit, &app, [&end] { end.startDeadline(quitDeadline); });
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &delegate, &AppDelegate::willTerminate);
     delegate.didFinishLaunching();
-    const int status = app.exec();
-    RenderThread::stopShared();
-    ShaderLibrary::shared().stopBackgroundWork();
-    return status;
+    return app.exec();
 }
 
 }  // namespace quellton::Application

@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include "MonitorCapture.h"
+#include "ProcessWide.h"
 #include "SerialExecutor.h"
 #include "SpectrumAnalyzer.h"
 
@@ -39,8 +40,7 @@ void AudioSpectrum::setSharedOptions(AudioSpectrumOptions options) {
 }
 
 AudioSpectrum& AudioSpectrum::shared() {
-    static AudioSpectrum instance(sharedOptions());
-    return instance;
+    return ProcessWide<AudioSpectrum>::instance([] { return std::make_unique<AudioSpectrum>(sharedOptions()); });
 }
 
 AudioSpectrum::AudioSpectrum(AudioSpectrumOptions options)

@@ -11,16 +11,12 @@
 #include <algorithm>
 
 #include "AppModel.h"
+#include "ProcessWide.h"
 #include "SerialExecutor.h"
 
 namespace quellton {
 
 namespace {
-
-SystemWallpaper*& sharedSlot() {
-    static SystemWallpaper* instance = nullptr;
-    return instance;
-}
 
 // The stills are a background chore: the live pictures come first.
 void lowerThreadPriority() { setpriority(PRIO_PROCESS, pid_t(gettid()), 10); }
@@ -66,14 +62,12 @@ struct SystemWallpaper::Run {
 };
 
 SystemWallpaper& SystemWallpaper::shared() {
-    SystemWallpaper*& instance = sharedSlot();
-    // Never destroyed: it lives as long as the process, like the model it reads.
-    if (!instance) instance = new SystemWallpaper(AppModel::shared(), defaultSystemWallpaperServices());
-    return *instance;
+    return ProcessWide<SystemWallpaper>::instance(
+        [] { return std::make_unique<SystemWallpaper>(AppModel::shared(), defaultSystemWallpaperServices()); });
 }
 
 void SystemWallpaper::stopShared() {
-    if (SystemWallpaper* instance = sharedSlot()) instance->worker_.reset();
+    if (ProcessWide<SystemWallpaper>::made()) shared().worker_.reset();
 }
 
 SystemWallpaper::SystemWallpaper(const AppModel& model, SystemWallpaperServices services)

@@ -6,7 +6,9 @@
 
 #include "AppModel.h"
 #include "Canvas.h"
-#include "DesktopBackend.h"
+#include "DesktopHost.h"
+#include "DesktopHosts.h"
+#include "ProcessWide.h"
 #include "SessionLock.h"
 #include "WallpaperRules.h"
 
@@ -21,14 +23,14 @@ RectF globalFrame(const QRect& geometry) {
 }  // namespace
 
 WallpaperController& WallpaperController::shared() {
-    static WallpaperController* const controller =
-        new WallpaperController(AppModel::shared(), makeDesktopBackend(), std::make_unique<SessionLock>());
-    return *controller;
+    return ProcessWide<WallpaperController>::instance([] {
+        return std::make_unique<WallpaperController>(AppModel::shared(), makeDesktopHost(), std::make_unique<SessionLock>());
+    });
 }
 
-WallpaperController::WallpaperController(AppModel& model, std::unique_ptr<DesktopBackend> backend,
+WallpaperController::WallpaperController(AppModel& model, std::unique_ptr<DesktopHost> host,
                                          std::unique_ptr<SessionLock> lock, QObject* parent)
-    : QObject(parent), model_(model), backend_(std::move(backend)), lock_(std::move(lock)) {
+    : QObject(parent), model_(model), host_(std::move(host)), lock_(std::move(lock)) {
     rebuildSoon_.setSingleShot(true);
     rebuildSoon_.setInterval(0);
     connect(&rebuildSoon_, &QTimer::timeout, this, &WallpaperController::rebuild);
@@ -38,21 +40,21 @@ WallpaperController::~WallpaperController() = default;
 
 std::vector<WallpaperSurface*> WallpaperController::surfaces() const {
     std::vector<WallpaperSurface*> result;
-    for (const Record& record : windows_) result.push_back(record.surface.get());
+    for (const auto& surface : surfaces_) result.push_back(surface.get());
     return result;
 }
 
 std::vector<Canvas*> WallpaperController::canvases() const {
     std::vector<Canvas*> result;
-    for (const Record& record : windows_)
-        if (Canvas* canvas = record.surface->window()) result.push_back(canvas);
+    for (const auto& surface : surfaces_)
+        if (Canvas* canvas = surface->window()) result.push_back(canvas);
     return result;
 }
 
 void WallpaperController::start() {
     if (started_) return;
     started_ = true;
-    if (!backend_) {
+    if (!host_) {
         qWarning("Quellton: Diese Sitzung erlaubt kein Bild hinter den Schreibtischsymbolen; "
                  "das Hintergrundbild bleibt aus.");
         return;
@@ -70,16 +72,16 @@ void WallpaperController::start() {
     connect(qGuiApp, &QGuiApplication::primaryScreenChanged, this, &WallpaperController::scheduleRebuild);
     for (QScreen* screen : QGuiApplication::screens()) watchScreen(screen);
 
-    connect(backend_.get(), &DesktopBackend::displaysAsleepChanged, this, &WallpaperController::setScreensAsleep);
-    connect(backend_.get(), &DesktopBackend::coverageChanged, this, &WallpaperController::refreshHidden);
-    connect(backend_.get(), &DesktopBackend::leftClick, this, &WallpaperController::ripple);
-    connect(backend_.get(), &DesktopBackend::screensChanged, this, &WallpaperController::scheduleRebuild);
+    connect(host_.get(), &DesktopHost::displaysAsleepChanged, this, &WallpaperController::setScreensAsleep);
+    connect(host_.get(), &DesktopHost::coverageChanged, this, &WallpaperController::refreshHidden);
+    connect(host_.get(), &DesktopHost::leftClick, this, &WallpaperController::ripple);
+    connect(host_.get(), &DesktopHost::screensChanged, this, &WallpaperController::scheduleRebuild);
     if (lock_) {
         connect(lock_.get(), &SessionLock::lockedChanged, this, &WallpaperController::setLocked);
         lock_->start();
     }
-    backend_->start();
-    screensAsleep_ = backend_->displaysAsleep();
+    host_->start();
+    screensAsleep_ = host_->displaysAsleep();
 
     rebuild();
 }
@@ -95,49 +97,44 @@ void WallpaperController::stop() {
     stopped_ = true;
     rebuildSoon_.stop();
     model_.setOnScreensChanged(nullptr);
-    if (!backend_) return;
-    disconnect(backend_.get(), nullptr, this, nullptr);
+    if (!host_) return;
+    disconnect(host_.get(), nullptr, this, nullptr);
     // The icon managers get their backdrops back while our windows still cover the desktop, so
     // the change shows as one step.
-    backend_->stop();
-    closeWindows();
+    host_->stop();
+    closeSurfaces();
 }
 
-void WallpaperController::closeWindows() {
-    for (Record& record : windows_) {
-        if (Canvas* window = record.surface->window(); window && backend_) backend_->windowClosing(*window);
-        record.surface.reset();
-    }
-    windows_.clear();
+void WallpaperController::closeSurfaces() {
+    surfaces_.clear();
 }
 
 void WallpaperController::rebuild() {
     if (stopped_) return;
-    const std::vector<DesktopScreen> kept = keptScreens(backend_->screens(), model_.allScreens());
+    const std::vector<DesktopScreen> kept = keptScreens(host_->screens(), model_.allScreens());
     std::vector<RectF> frames;
     for (const DesktopScreen& screen : kept) frames.push_back(globalFrame(screen.geometry));
-    if (layoutUnchanged(layout_, frames, !windows_.empty())) return;
+    if (layoutUnchanged(layout_, frames, !surfaces_.empty())) return;
     layout_ = frames;
 
-    closeWindows();
+    closeSurfaces();
     for (const DesktopScreen& screen : kept)
-        if (auto surface = backend_->makeSurface(screen)) windows_.push_back({std::move(surface)});
+        if (auto surface = host_->makeSurface(screen)) surfaces_.push_back(std::move(surface));
     refreshHidden();
 }
 
 void WallpaperController::refreshHidden() {
-    for (const Record& record : windows_) {
-        WallpaperSurface& surface = *record.surface;
-        const bool covered = backend_->covered(surface.geometry(), surface.devicePixelRatio());
-        surface.inputs().setHidden(wallpaperHidden(screensAsleep_, locked_, covered));
+    for (const auto& surface : surfaces_) {
+        const bool covered = host_->covered(surface->geometry(), surface->devicePixelRatio());
+        surface->inputs().setHidden(wallpaperHidden(screensAsleep_, locked_, covered));
     }
 }
 
 void WallpaperController::ripple(QPointF global) {
     const QPointF point = Canvas::toBottomUp(global);
-    for (const Record& record : windows_) {
-        if (globalFrame(record.surface->geometry()).contains(point.x(), point.y()))
-            record.surface->inputs().rippleAtScreen(point.x(), point.y(), hostTimeNow());
+    for (const auto& surface : surfaces_) {
+        if (globalFrame(surface->geometry()).contains(point.x(), point.y()))
+            surface->inputs().rippleAtScreen(point.x(), point.y(), hostTimeNow());
     }
 }
 

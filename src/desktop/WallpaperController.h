@@ -15,7 +15,7 @@ namespace quellton {
 
 class AppModel;
 class Canvas;
-class DesktopBackend;
+class DesktopHost;
 class SessionLock;
 class WallpaperSurface;
 
@@ -29,8 +29,8 @@ public:
     // The one controller of the application, on the user's model and the real desktop.
     static WallpaperController& shared();
 
-    // `backend` may be null where the display server has no desktop layer: then no window is made.
-    WallpaperController(AppModel& model, std::unique_ptr<DesktopBackend> backend, std::unique_ptr<SessionLock> lock,
+    // `host` may be null where the session has no desktop layer: then no picture is made.
+    WallpaperController(AppModel& model, std::unique_ptr<DesktopHost> host, std::unique_ptr<SessionLock> lock,
                         QObject* parent = nullptr);
     ~WallpaperController() override;
 
@@ -49,10 +49,6 @@ public:
     bool locked() const { return locked_; }
 
 private:
-    struct Record {
-        std::unique_ptr<WallpaperSurface> surface;
-    };
-
     void rebuild();
     void scheduleRebuild();
     void refreshHidden();
@@ -60,12 +56,12 @@ private:
     void watchScreen(QScreen* screen);
     void setScreensAsleep(bool asleep);
     void setLocked(bool locked);
-    void closeWindows();
+    void closeSurfaces();
 
     AppModel& model_;
-    std::unique_ptr<DesktopBackend> backend_;
+    std::unique_ptr<DesktopHost> host_;
     std::unique_ptr<SessionLock> lock_;
-    std::vector<Record> windows_;
+    std::vector<std::unique_ptr<WallpaperSurface>> surfaces_;
     std::vector<RectF> layout_;
     bool screensAsleep_ = false;
     bool locked_ = false;

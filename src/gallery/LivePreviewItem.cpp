@@ -1,5 +1,7 @@
 #include "LivePreviewItem.h"
 
+#include "WindowEnvironment.h"
+
 #include <QQuickWindow>
 #include <QSGGeometryNode>
 #include <QSGTexture>
@@ -38,7 +40,7 @@ private:
 
 }  // namespace
 
-LivePreviewItem::LivePreviewItem(QQuickItem* parent) : QQuickItem(parent), canvas_(Role::preview) {
+LivePreviewItem::LivePreviewItem(QQuickItem* parent) : QQuickItem(parent), canvas_(Role::preview, windowEnvironment()) {
     setFlag(ItemHasContents);
     setAcceptedMouseButtons(Qt::LeftButton);
     // One queued repaint at a time, however fast the render thread delivers.

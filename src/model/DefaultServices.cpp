@@ -3,6 +3,7 @@
 
 #include "AppModel.h"
 #include "AudioSpectrum.h"
+#include "ProcessWide.h"
 #include "ShaderLibrary.h"
 #include "Thumbnails.h"
 #include "XdgAutostart.h"
@@ -57,8 +58,7 @@ ModelHooks& sharedModelHooks() {
 
 // Created on first use and never destroyed: it lives as long as the process.
 AppModel& AppModel::shared() {
-    static AppModel* const model = new AppModel(defaultServices());
-    return *model;
+    return ProcessWide<AppModel>::instance([] { return std::make_unique<AppModel>(defaultServices()); });
 }
 
 }  // namespace quellton

@@ -9,7 +9,6 @@
 #include "RenderThread.h"
 #include "VisualRenderer.h"
 #include "WindowOverlay.h"
-#include "X11Pointer.h"
 
 namespace quellton {
 
@@ -25,17 +24,16 @@ double flipHeight() {
 
 RendererEnvironment canvasEnvironment() {
     RendererEnvironment env = RendererEnvironment::live();
-    if (QGuiApplication::platformName() == QStringLiteral("xcb")) env.pointer = x11PointerPosition;
     env.mainDisplayHeight = flipHeight();
     return env;
 }
 
 QPointF Canvas::toBottomUp(QPointF global) { return {global.x(), flipHeight() - global.y()}; }
 
-Canvas::Canvas(Role role, QWindow* parent)
+Canvas::Canvas(Role role, RendererEnvironment environment, QWindow* parent)
     : QWindow(parent),
       role_(role),
-      renderer_(std::make_shared<VisualRenderer>(role, hostTimeNow(), canvasEnvironment())),
+      renderer_(std::make_shared<VisualRenderer>(role, hostTimeNow(), std::move(environment))),
       overlay_(std::make_shared<WindowOverlay>()) {
     setSurfaceType(QSurface::RasterSurface);  // the default visual, which EGL offers configs for
     connect(this, &QWindow::screenChanged, this, [this] { updateGeometry(); });

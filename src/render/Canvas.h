@@ -5,15 +5,15 @@
 #include <memory>
 
 #include "FrameInputs.h"
+#include "VisualRenderer.h"
 
 namespace quellton {
 
 class VisualRenderer;
 class WindowOverlay;
 struct CanvasLink;
-struct RendererEnvironment;
 
-// The live sources of a renderer that draws for one of this application's windows, pointer included.
+// The live sources of a renderer that draws for one of this application's windows; no pointer.
 RendererEnvironment canvasEnvironment();
 
 // A window whose picture the render thread draws: a wallpaper on one screen or the gallery's preview.
@@ -21,7 +21,7 @@ RendererEnvironment canvasEnvironment();
 class Canvas : public QWindow {
     Q_OBJECT
 public:
-    explicit Canvas(Role role, QWindow* parent = nullptr);
+    explicit Canvas(Role role, RendererEnvironment environment = canvasEnvironment(), QWindow* parent = nullptr);
     ~Canvas() override;
 
     VisualRenderer& renderer() { return *renderer_; }

@@ -7,9 +7,9 @@
 
 namespace quellton {
 
-OffscreenCanvas::OffscreenCanvas(Role role)
+OffscreenCanvas::OffscreenCanvas(Role role, RendererEnvironment environment)
     : role_(role),
-      renderer_(std::make_shared<VisualRenderer>(role, hostTimeNow(), canvasEnvironment())),
+      renderer_(std::make_shared<VisualRenderer>(role, hostTimeNow(), std::move(environment))),
       frames_(std::make_shared<FrameMailbox>()) {
     renderer_->inputs().setHidden(true);
 }

@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "FrameInputs.h"
+#include "Canvas.h"
 
 namespace quellton {
 
@@ -19,7 +20,7 @@ struct CanvasLink;
 // every frame back, for a picture that is part of another scene (the gallery's live preview).
 class OffscreenCanvas {
 public:
-    explicit OffscreenCanvas(Role role);
+    explicit OffscreenCanvas(Role role, RendererEnvironment environment = canvasEnvironment());
     ~OffscreenCanvas();
     OffscreenCanvas(const OffscreenCanvas&) = delete;
     OffscreenCanvas& operator=(const OffscreenCanvas&) = delete;

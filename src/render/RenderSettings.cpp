@@ -18,6 +18,7 @@ std::optional<Quality> qualityFromLabel(std::string_view label) {
 
 std::mutex RenderState::lock;
 RenderSettings RenderState::current;
+bool RenderState::powerSaver = false;
 
 RenderSettings RenderState::get() {
     std::lock_guard guard(lock);
@@ -27,6 +28,16 @@ RenderSettings RenderState::get() {
 void RenderState::set(RenderSettings settings) {
     std::lock_guard guard(lock);
     current = std::move(settings);
+}
+
+bool RenderState::lowPower() {
+    std::lock_guard guard(lock);
+    return powerSaver;
+}
+
+void RenderState::setLowPower(bool on) {
+    std::lock_guard guard(lock);
+    powerSaver = on;
 }
 
 }  // namespace quellton

@@ -32,10 +32,14 @@ class RenderState {
 public:
     static RenderSettings get();
     static void set(RenderSettings settings);
+    // The system asks to save power (its power-saver profile): frame rates drop.
+    static bool lowPower();
+    static void setLowPower(bool on);
 
 private:
     static std::mutex lock;
     static RenderSettings current;
+    static bool powerSaver;
 };
 
 }  // namespace quellton

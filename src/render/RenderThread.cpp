@@ -7,24 +7,19 @@
 #include <future>
 
 #include "FrameReadback.h"
+#include "ProcessWide.h"
 #include "ShaderLibrary.h"
 #include "VisualRenderer.h"
 #include "WindowOverlay.h"
 
 namespace quellton {
 
-namespace {
-std::atomic<bool> sharedCreated{false};
-}
-
 RenderThread& RenderThread::shared() {
-    static RenderThread thread;
-    sharedCreated = true;
-    return thread;
+    return ProcessWide<RenderThread>::instance([] { return std::make_unique<RenderThread>(); });
 }
 
 void RenderThread::stopShared() {
-    if (sharedCreated) shared().stop();
+    if (ProcessWide<RenderThread>::made()) shared().stop();
 }
 
 RenderThread::RenderThread() {

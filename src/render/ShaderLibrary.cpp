@@ -11,6 +11,7 @@
 #include <unordered_map>
 
 #include "Catalog.h"
+#include "ProcessWide.h"
 #include "ShaderSource.h"
 #include "gl/EglProvider.h"
 
@@ -106,8 +107,7 @@ void ShaderLibrary::useProvider(std::function<std::unique_ptr<GlContextProvider>
 }
 
 ShaderLibrary& ShaderLibrary::shared() {
-    static ShaderLibrary library(providerFactory()());
-    return library;
+    return ProcessWide<ShaderLibrary>::instance([] { return std::make_unique<ShaderLibrary>(providerFactory()()); });
 }
 
 ShaderLibrary::ShaderLibrary(std::unique_ptr<GlContextProvider> provider)

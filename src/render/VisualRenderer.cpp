@@ -9,7 +9,6 @@
 #include "AudioSpectrum.h"
 #include "Catalog.h"
 #include "Passes.h"
-#include "PowerProfile.h"
 #include "ShaderLibrary.h"
 
 namespace quellton {
@@ -20,7 +19,7 @@ RendererEnvironment RendererEnvironment::live() {
     env.audio = [] { return AudioSpectrum::shared().published(); };
     env.wallClock = wallClockNow;
     env.pointer = [] { return std::optional<std::array<double, 2>>(); };
-    env.lowPower = lowPowerMode;
+    env.lowPower = RenderState::lowPower;
     env.frameLog = frameLogEnabled();
     return env;
 }

@@ -13,7 +13,7 @@
 #include "AppModel.h"
 #include "Canvas.h"
 #include "Catalog.h"
-#include "DesktopBackend.h"
+#include "DesktopHosts.h"
 #include "PrivateSession.h"
 #include "SessionLock.h"
 #include "SessionTestSupport.h"
@@ -85,7 +85,7 @@ protected:
         // The windows matter here, not the pictures: draw few and small ones.
         model->setFps(10);
         model->setQuality(Quality::saver);
-        controller = std::make_unique<WallpaperController>(*model, makeDesktopBackend(), nullptr);
+        controller = std::make_unique<WallpaperController>(*model, makeDesktopHost(), nullptr);
         controller->start();
         ASSERT_TRUE(waitUntil([&] { return matchesTheScreens(*controller); }));
         ASSERT_TRUE(waitUntil([&] { return controller->canvases().front()->framesDrawn() > 2; }));

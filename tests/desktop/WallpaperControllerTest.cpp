@@ -12,7 +12,7 @@
 
 #include "AppModel.h"
 #include "Canvas.h"
-#include "DesktopBackend.h"
+#include "DesktopHosts.h"
 #include "DesktopTestSupport.h"
 #include "PrivateSession.h"
 #include "SessionLock.h"
@@ -40,7 +40,7 @@ protected:
         model = test::makeTestModel(dir.filePath(QStringLiteral("Quellton.conf")));
 
         const SessionLockSources sources = test::privateSessionSources(sessionPath);
-        controller = std::make_unique<WallpaperController>(*model, makeDesktopBackend(),
+        controller = std::make_unique<WallpaperController>(*model, makeDesktopHost(),
                                                            std::make_unique<SessionLock>(sources));
         controller->start();
         ASSERT_EQ(controller->canvases().size(), 1u);

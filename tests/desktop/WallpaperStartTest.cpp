@@ -11,7 +11,7 @@
 
 #include "AppModel.h"
 #include "Canvas.h"
-#include "DesktopBackend.h"
+#include "DesktopHosts.h"
 #include "Ewmh.h"
 #include "PrivateSession.h"
 #include "PulseTestServer.h"
@@ -55,7 +55,7 @@ TEST_F(WallpaperStart, AFullscreenWindowOpenedRightAfterTheStartStopsTheDrawing)
     // The race was between the watcher's start and the manager's answer to the new window: try it a few times.
     for (int round = 0; round < 5; ++round) {
         auto model = test::makeTestModel(dir.filePath(QStringLiteral("Quellton.conf")));
-        WallpaperController controller(*model, makeDesktopBackend(), nullptr);
+        WallpaperController controller(*model, makeDesktopHost(), nullptr);
         // Another program maps a window and asks for fullscreen while the wallpaper starts, as a
         // player or browser started together with it at login does.
         test::X11Client player;

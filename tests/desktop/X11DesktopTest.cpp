@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QSignalSpy>
 #include <QWindow>
+#include <QtGui/qguiapplication_platform.h>
 
 #include <gtest/gtest.h>
 
@@ -17,6 +18,7 @@
 #include "RawClickMonitor.h"
 #include "SessionLock.h"
 #include "SessionTestSupport.h"
+#include "DesktopWindow.h"
 #include "X11Desktop.h"
 #include "X11TestClient.h"
 #include "XcbHandles.h"
@@ -35,15 +37,16 @@ const QRect screenRect(0, 0, 1280, 720);
 using OtherClient = test::X11Client;
 
 TEST(X11Desktop, MarksAWindowAsTheClickThroughDesktopLayerOnEveryWorkspace) {
-    std::unique_ptr<DesktopBackend> backend = makeDesktopBackend();
-    ASSERT_TRUE(backend);
+    auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    ASSERT_TRUE(x11 && x11->connection());
+    x11::DesktopWindow marker(x11->connection(), xcb_setup_roots_iterator(xcb_get_setup(x11->connection())).data->root);
     QWindow window;
     window.setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowTransparentForInput | Qt::WindowStaysOnBottomHint);
     window.setGeometry(screenRect);
     window.create();
-    backend->prepareWindow(window);
+    marker.beforeMap(xcb_window_t(window.winId()));
     window.show();
-    backend->windowShown(window);
+    marker.afterMap(xcb_window_t(window.winId()));
     ASSERT_TRUE(waitUntil([&] { return window.isExposed(); }));
 
     const std::string id = std::to_string(window.winId());

@@ -10,6 +10,7 @@
 #include "Canvas.h"
 #include "IconManagerSettings.h"
 #include "WallpaperRules.h"
+#include "WindowEnvironment.h"
 
 namespace quellton {
 
@@ -25,9 +26,40 @@ QRect rootPixels(const QRect& rect, double devicePixelRatio) {
 
 }  // namespace
 
+// A wallpaper that is a Qt window of its own, known to the desktop while it lives.
+class WindowWallpaper : public WallpaperSurface {
+public:
+    WindowWallpaper(X11Desktop& desktop, const DesktopScreen& screen)
+        : desktop_(desktop), canvas_(std::make_unique<Canvas>(Role::wallpaper, windowEnvironment())) {
+        canvas_->setFlags(Qt::Window | Qt::FramelessWindowHint | Qt::WindowTransparentForInput |
+                          Qt::WindowDoesNotAcceptFocus | Qt::WindowStaysOnBottomHint);
+        canvas_->setTitle(QStringLiteral("Quellton"));
+        if (screen.qtScreen) canvas_->setScreen(screen.qtScreen);
+        canvas_->setGeometry(screen.geometry);
+        canvas_->create();
+        desktop_.prepareWindow(*canvas_);
+        canvas_->show();
+        desktop_.windowShown(*canvas_);
+    }
+    ~WindowWallpaper() override {
+        desktop_.windowClosing(*canvas_);
+        canvas_->close();
+    }
+
+    LockedInputs& inputs() override { return canvas_->inputs(); }
+    QRect geometry() const override { return canvas_->geometry(); }
+    double devicePixelRatio() const override { return canvas_->devicePixelRatio(); }
+    long framesDrawn() const override { return canvas_->framesDrawn(); }
+    Canvas* window() override { return canvas_.get(); }
+
+private:
+    X11Desktop& desktop_;
+    std::unique_ptr<Canvas> canvas_;
+};
+
 X11Desktop::X11Desktop(xcb_connection_t* connection, xcb_window_t root, std::unique_ptr<IconManagerSettings> settings,
                        QObject* parent)
-    : DesktopBackend(parent),
+    : DesktopHost(parent),
       connection_(connection),
       settings_(std::move(settings)),
       marker_(connection, root),
@@ -36,14 +68,20 @@ X11Desktop::X11Desktop(xcb_connection_t* connection, xcb_window_t root, std::uni
         const QScreen* primary = QGuiApplication::primaryScreen();
         emit leftClick(pixelToGlobal(pixel, primary ? primary->devicePixelRatio() : 1.0));
     });
-    connect(&sleep_, &DisplaySleepWatcher::asleepChanged, this, &DesktopBackend::displaysAsleepChanged);
-    connect(&coverage_, &CoverageWatcher::changed, this, &DesktopBackend::coverageChanged);
-    connect(&iconLayers_, &IconLayers::blockingChanged, this, &DesktopBackend::coverageChanged);
+    connect(&sleep_, &DisplaySleepWatcher::asleepChanged, this, &DesktopHost::displaysAsleepChanged);
+    connect(&coverage_, &CoverageWatcher::changed, this, &DesktopHost::coverageChanged);
+    connect(&iconLayers_, &IconLayers::blockingChanged, this, &DesktopHost::coverageChanged);
     connect(&iconLayers_, &IconLayers::reparented, this,
             [this](xcb_window_t window, xcb_window_t frame) { marker_.framed(window, frame); });
 }
 
 X11Desktop::~X11Desktop() { stop(); }
+
+QString X11Desktop::name() const { return QStringLiteral("X11-Fenster auf der Schreibtischebene"); }
+
+std::unique_ptr<WallpaperSurface> X11Desktop::makeSurface(const DesktopScreen& screen) {
+    return std::make_unique<WindowWallpaper>(*this, screen);
+}
 
 void X11Desktop::start() {
     // Before our first window maps: nemo decides at its start whether another program owns the desktop.
@@ -81,7 +119,7 @@ bool X11Desktop::covered(const QRect& screen, double devicePixelRatio) const {
     return coverage_.covered(pixels) || iconLayers_.blocks(pixels);
 }
 
-std::unique_ptr<DesktopBackend> makeX11Desktop() {
+std::unique_ptr<DesktopHost> makeX11Desktop() {
     auto* x11 = qGuiApp ? qGuiApp->nativeInterface<QNativeInterface::QX11Application>() : nullptr;
     if (!x11 || !x11->connection()) return nullptr;
     xcb_connection_t* connection = x11->connection();

@@ -71,7 +71,7 @@ struct WaylandDesktop::Output {
 };
 
 WaylandDesktop::WaylandDesktop(wl_display* display, QObject* parent)
-    : DesktopBackend(parent), display_(display), registry_(wl_display_get_registry(display)) {
+    : DesktopHost(parent), display_(display), registry_(wl_display_get_registry(display)) {
     static const wl_registry_listener listener{&WaylandDesktop::global, &WaylandDesktop::globalRemove};
     wl_registry_add_listener(registry_.get(), &listener, this);
     wl_display_roundtrip(display_);
@@ -82,7 +82,7 @@ WaylandDesktop::WaylandDesktop(wl_display* display, QObject* parent)
                                                                &zwlr_foreign_toplevel_manager_v1_interface,
                                                                toplevelManager_->second, 3);
         toplevels_ = std::make_unique<Toplevels>(manager);
-        connect(toplevels_.get(), &Toplevels::changed, this, &DesktopBackend::coverageChanged);
+        connect(toplevels_.get(), &Toplevels::changed, this, &DesktopHost::coverageChanged);
     }
     SeatPointers::Handlers handlers;
     handlers.moved = [this](wl_surface* surface, QPointF local) { pointerAt(surface, local); };
@@ -237,6 +237,8 @@ void WaylandDesktop::outputDone(Output& output) {
     emit screensChanged();
 }
 
+QString WaylandDesktop::name() const { return QStringLiteral("wlroots-Hintergrundebene (wlr-layer-shell)"); }
+
 void WaylandDesktop::start() {
     if (power_) {
         // The compositor sends no word when an output goes dark unless asked; as often as X11's DPMS is read.
@@ -350,7 +352,7 @@ void WaylandDesktop::lose() {
     emit coverageChanged();
 }
 
-std::unique_ptr<DesktopBackend> makeWaylandDesktop(wl_display* display) {
+std::unique_ptr<DesktopHost> makeWaylandDesktop(wl_display* display) {
     auto desktop = std::make_unique<WaylandDesktop>(display);
     if (!desktop->hasLayerShell()) return nullptr;
     return desktop;

@@ -3,7 +3,7 @@
 #include <functional>
 #include <memory>
 
-#include "DesktopBackend.h"
+#include "DesktopHost.h"
 #include "OutputScale.h"
 #include "Protocols.h"
 

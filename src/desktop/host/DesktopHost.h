@@ -9,7 +9,6 @@
 #include <vector>
 
 class QScreen;
-class QWindow;
 
 namespace quellton {
 
@@ -25,7 +24,9 @@ struct DesktopScreen {
     bool operator==(const DesktopScreen&) const = default;
 };
 
-// The picture on one screen, as the controller sees it.
+// The picture on one screen, as the controller sees it: a window of ours, a layer surface or a
+// stream that the desktop shows. Destroying it takes the picture away and undoes what its host
+// changed for it.
 class WallpaperSurface {
 public:
     virtual ~WallpaperSurface() = default;
@@ -34,34 +35,30 @@ public:
     virtual QRect geometry() const = 0;
     virtual double devicePixelRatio() const = 0;
     virtual long framesDrawn() const = 0;
-    // The Qt window that shows it, where it is one.
+    // The window that shows it, where it is a Qt window of ours; for diagnostics and tests.
     virtual Canvas* window() { return nullptr; }
 };
 
-// What the wallpaper needs from the display server: the screens, a desktop-layer surface on each,
+// What the wallpaper needs from the desktop it runs on (its host): the screens, a picture on each,
 // whether a screen is hidden behind a window, whether the displays sleep, and every left click on
 // the desktop.
-class DesktopBackend : public QObject {
+class DesktopHost : public QObject {
     Q_OBJECT
 public:
     using QObject::QObject;
 
-    // Starts watching; parts the display server does not offer stay quiet.
+    // For the log: which way the picture reaches the desktop.
+    virtual QString name() const = 0;
+    // Starts watching; parts the desktop does not offer stay quiet.
     virtual void start() = 0;
-    // The screens, the primary first: Qt's, unless the back end has its own connection.
-    virtual std::vector<DesktopScreen> screens() const;
-    // The wallpaper for one of those screens: by default a desktop-layer Canvas window, prepared
-    // and shown through the two calls below.
-    virtual std::unique_ptr<WallpaperSurface> makeSurface(const DesktopScreen& screen);
-    // Called on a created window before it is shown, and once more after.
-    virtual void prepareWindow(QWindow& window) = 0;
-    virtual void windowShown(QWindow& window) = 0;
-    // Called before a window is closed.
-    virtual void windowClosing(QWindow&) {}
+    // The screens, the primary first.
+    virtual std::vector<DesktopScreen> screens() const = 0;
+    // The picture for one of those screens; null where this screen cannot have one now.
+    virtual std::unique_ptr<WallpaperSurface> makeSurface(const DesktopScreen& screen) = 0;
     // The wallpaper stops: give back whatever was changed in the desktop for it.
     virtual void stop() {}
     // A screen, by its geometry in Qt's global coordinates, cannot show its picture: a window hides
-    // it completely, an icon layer does that the picture cannot get behind, or (where the server
+    // it completely, an icon layer does that the picture cannot get behind, or (where the desktop
     // tells) its display alone is off.
     virtual bool covered(const QRect& screen, double devicePixelRatio) const = 0;
     virtual bool displaysAsleep() const = 0;
@@ -71,12 +68,11 @@ signals:
     void leftClick(QPointF global);
     void displaysAsleepChanged(bool asleep);
     void coverageChanged();
-    // The back end's own screens changed (Qt's screens are watched by the controller).
+    // The host's own screens changed (Qt's screens are watched by the controller).
     void screensChanged();
 };
 
-// The back end of the session: Wayland where our own layer-shell connection exists, else the X11
-// desktop Qt runs on; none where no desktop layer exists.
-std::unique_ptr<DesktopBackend> makeDesktopBackend();
+// Qt's screens, the primary first, for hosts whose screens are the toolkit's.
+std::vector<DesktopScreen> qtScreens();
 
 }  // namespace quellton

@@ -9,7 +9,7 @@
 #include <optional>
 #include <vector>
 
-#include "DesktopBackend.h"
+#include "DesktopHost.h"
 #include "OutputScale.h"
 #include "Protocols.h"
 
@@ -38,7 +38,7 @@ private:
 // screens, each wallpaper a background-layer surface. It hides an output's picture while the
 // output is off or a fullscreen or maximized window covers it, and turns left presses on the
 // background into clicks.
-class WaylandDesktop : public DesktopBackend {
+class WaylandDesktop : public DesktopHost {
     Q_OBJECT
 public:
     // Learns the compositor's globals and outputs with two round trips.
@@ -48,11 +48,10 @@ public:
     // The compositor offers the background layer (wlr-layer-shell).
     bool hasLayerShell() const { return layerShell_ != nullptr; }
 
+    QString name() const override;
     void start() override;
     std::vector<DesktopScreen> screens() const override;
     std::unique_ptr<WallpaperSurface> makeSurface(const DesktopScreen& screen) override;
-    void prepareWindow(QWindow&) override {}
-    void windowShown(QWindow&) override {}
     bool covered(const QRect& screen, double devicePixelRatio) const override;
     bool displaysAsleep() const override { return asleep_; }
 
@@ -100,6 +99,6 @@ private:
 };
 
 // The desktop on our Wayland connection; none where the compositor has no background layer.
-std::unique_ptr<DesktopBackend> makeWaylandDesktop(wl_display* display);
+std::unique_ptr<DesktopHost> makeWaylandDesktop(wl_display* display);
 
 }  // namespace quellton::wayland

@@ -10,6 +10,7 @@
 
 #include "AppModel.h"
 #include "Catalog.h"
+#include "DesktopHosts.h"
 #include "DesktopTestSupport.h"
 #include "TestModel.h"
 #include "LayerSurface.h"
@@ -49,7 +50,7 @@ protected:
         model = test::makeTestModel(dir.filePath(QStringLiteral("Quellton.conf")));
         model->setFps(30);  // two cores draw, and two compositors copy the frames
 
-        auto backend = makeDesktopBackend();
+        auto backend = makeDesktopHost();
         desktop = dynamic_cast<wayland::WaylandDesktop*>(backend.get());
         ASSERT_TRUE(desktop) << "no Wayland desktop";
         controller = std::make_unique<WallpaperController>(*model, std::move(backend), nullptr);
