@@ -1,9 +1,13 @@
 #include <signal.h>
+#include <unistd.h>
 
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <filesystem>
+#include <fstream>
 #include <functional>
+#include <optional>
 #include <thread>
 
 #include "AppDelegate.h"
@@ -34,8 +38,8 @@ bool waitForOwner() {
 
 bool capturing() { return test::shell("pactl list short source-outputs | grep -q ."); }
 
-bool eventually(const std::function<bool()>& condition) {
-    for (int i = 0; i < 500; ++i) {
+bool eventually(const std::function<bool()>& condition, int tries = 500) {
+    for (int i = 0; i < tries; ++i) {
         if (condition()) return true;
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
@@ -110,6 +114,62 @@ TEST_F(RunningApplication, CaptureComesBackAfterTheSoundServerRestarts) {
     kill(app.pid(), SIGTERM);
     EXPECT_EQ(app.waitExit(), 0);
     EXPECT_FALSE(capturing());
+}
+
+// An X server of the test's own, which it can take away from under the program.
+class DisplayToLose {
+public:
+    DisplayToLose() {
+        pid = std::stoi(output("Xvfb -displayfd 3 -nolisten tcp -screen 0 1280x720x24 +extension GLX 3>'" +
+                               file.string() + "' >/dev/null 2>&1 & echo $!"));
+        eventually([&] { return !display().empty(); });
+    }
+    ~DisplayToLose() {
+        kill(pid, SIGKILL);
+        std::filesystem::remove(file);
+    }
+    // ":N" once the server accepts clients.
+    std::string display() const {
+        std::ifstream in(file);
+        std::string number;
+        return std::getline(in, number) && !number.empty() ? ":" + number : "";
+    }
+
+    pid_t pid = -1;
+
+private:
+    std::filesystem::path file = std::filesystem::temp_directory_path() /
+                                 ("quellton-display-" + std::to_string(getpid()) + "-" + std::to_string(++made));
+    static inline int made = 0;
+};
+
+// Logging out ends the display server: the program ends within seconds, its gallery open, whether
+// a SIGTERM comes first, at the same moment or not at all.
+TEST_F(RunningApplication, EndsWithinSecondsWhenItsDisplayServerGoesAway) {
+    using namespace std::chrono_literals;
+    const std::string ownDisplay = std::getenv("DISPLAY");
+    for (const std::optional<std::chrono::milliseconds> terminatedBefore : {std::optional(300ms), std::optional(0ms),
+                                                                            std::optional<std::chrono::milliseconds>()}) {
+        DisplayToLose x;
+        const std::string display = x.display();
+        ASSERT_FALSE(display.empty());
+        setenv("DISPLAY", display.c_str(), 1);
+        QuelltonProcess app;
+        setenv("DISPLAY", ownDisplay.c_str(), 1);
+        // The wallpaper and the gallery, both drawing.
+        ASSERT_TRUE(eventually([&] {
+            return std::stoi("0" + output("DISPLAY=" + display + " xdotool search --onlyvisible --class quellton | wc -l")) >= 2;
+        }, 3000)) << app.errors();
+        std::this_thread::sleep_for(std::chrono::seconds(3));
+
+        if (terminatedBefore) {
+            kill(app.pid(), SIGTERM);
+            std::this_thread::sleep_for(*terminatedBefore);
+        }
+        kill(x.pid, SIGTERM);
+        EXPECT_TRUE(app.waitExit(5s).has_value())
+            << (terminatedBefore ? "SIGTERM, then the display's end: " : "the display's end: ") << app.errors();
+    }
 }
 
 }  // namespace
