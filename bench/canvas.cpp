@@ -54,11 +54,8 @@ long processTicks() {
 int main(int argc, char** argv) {
     const std::string id = argc > 1 ? argv[1] : "halo";
     const double seconds = argc > 2 ? std::atof(argv[2]) : 6.0;
-    // A private home so the frame log is on and lands in a folder of our own.
+    // A private home so the frame log lands in a folder of our own.
     const auto home = std::filesystem::temp_directory_path() / ("quellton-bench-" + std::to_string(getpid()));
-    std::filesystem::create_directories(home / "config/Quellton");
-    std::ofstream(home / "config/Quellton/Quellton.conf") << "[General]\nframeLog=true\n";
-    setenv("XDG_CONFIG_HOME", (home / "config").c_str(), 1);
     setenv("XDG_STATE_HOME", (home / "state").c_str(), 1);
     setenv("MESA_SHADER_CACHE_DISABLE", "true", 1);
     setenv("QT_QPA_PLATFORM", "xcb", 1);
@@ -70,6 +67,7 @@ int main(int argc, char** argv) {
     ShaderLibrary::shared().compileBlocking(std::vector<Visualizer>{*Catalog::byID(id)});
     RenderSettings settings;
     settings.currentID = id;
+    settings.frameLog = true;
     RenderState::set(settings);
 
     Canvas canvas(Role::wallpaper);

@@ -8,6 +8,7 @@
 
 #include <cmath>
 
+#include "AppModel.h"
 #include "DeferredPicture.h"
 #include "SystemWallpaper.h"
 
@@ -70,8 +71,8 @@ SystemWallpaperServices defaultSystemWallpaperServices() {
     services.desktop = qEnvironmentVariable("XDG_CURRENT_DESKTOP");
     // Guarded: while an icon layer's backdrop holds the key colour, the sync's changes wait for it.
     if (const auto desktop = pictureDesktop(services.desktop))
-        services.picture = guardDesktopPicture(makeDesktopPicture(*desktop), *desktop);
-    services.settings = std::make_unique<SettingsStore>(SettingsStore::standardPath());
+        services.picture = guardDesktopPicture(makeDesktopPicture(*desktop), *desktop, AppModel::shared().settingsStore());
+    services.settings = AppModel::shared().settingsStore();
     services.clock = std::make_shared<SystemClock>();
     services.folder = SystemWallpaper::standardFolder();
     return services;

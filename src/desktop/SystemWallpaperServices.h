@@ -54,7 +54,7 @@ struct SystemWallpaperServices {
     // XDG_CURRENT_DESKTOP, for the line that says a desktop keeps its picture.
     QString desktop;
     // Holds "originalWallpaper".
-    std::unique_ptr<SettingsStore> settings;
+    std::shared_ptr<SettingsStore> settings;
     // The seconds in the file names.
     std::shared_ptr<Clock> clock;
     // Where the stills go; the sync owns everything in it.

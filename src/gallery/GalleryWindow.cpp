@@ -4,7 +4,6 @@
 #include <QQmlEngine>
 #include <QQuickStyle>
 #include <QScreen>
-#include <QSettings>
 
 #include <mutex>
 
@@ -21,8 +20,8 @@ namespace quellton {
 
 namespace {
 
-// The window's place lives beside the model's settings, under keys of its own.
-const QString placementKey = QStringLiteral("Galerie/geometry");
+// The window's place lives beside the model's settings, under a key of its own.
+const SettingKey<QRect> placementKey{QStringLiteral("Galerie/geometry")};
 
 // The C++ objects of the window's engine, as QML singletons of the module "Quellton".
 template <typename T>
@@ -50,7 +49,7 @@ void registerTypes() {
 
 }  // namespace
 
-GalleryWindow::GalleryWindow(AppModel& model) : gallery_(model) {
+GalleryWindow::GalleryWindow(AppModel& model) : settings_(model.settingsStore()), gallery_(model) {
     registerTypes();
     QQuickStyle::setStyle(QStringLiteral("Basic"));
     QQmlEngine& qml = *engine();
@@ -99,9 +98,8 @@ bool GalleryWindow::event(QEvent* event) {
 }
 
 void GalleryWindow::restorePlacement() {
-    const QVariant saved = QSettings(SettingsStore::standardPath(), QSettings::IniFormat).value(placementKey);
-    const std::optional<QRect> remembered =
-        saved.canConvert<QRect>() && saved.toRect().isValid() ? std::optional(saved.toRect()) : std::nullopt;
+    const QRect saved = settings_->get(placementKey);
+    const std::optional<QRect> remembered = saved.isValid() ? std::optional(saved) : std::nullopt;
     QList<QRect> screens;
     for (const QScreen* screen : QGuiApplication::screens()) screens.append(screen->availableGeometry());
     const QScreen* primary = QGuiApplication::primaryScreen();
@@ -111,7 +109,7 @@ void GalleryWindow::restorePlacement() {
 
 void GalleryWindow::rememberPlacement() {
     if (!isVisible()) return;
-    QSettings(SettingsStore::standardPath(), QSettings::IniFormat).setValue(placementKey, geometry());
+    settings_->set(placementKey, geometry());
 }
 
 std::unique_ptr<QWindow> makeGalleryWindow() { return std::make_unique<GalleryWindow>(AppModel::shared()); }

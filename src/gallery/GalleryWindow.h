@@ -3,12 +3,15 @@
 #include <QQuickView>
 #include <QTimer>
 
+#include <memory>
+
 #include "DesktopAppearance.h"
 #include "Gallery.h"
 
 namespace quellton {
 
 class AppModel;
+class SettingsStore;
 
 // The gallery's window: the QML scene with the model, the window title from the selection, its place
 // and size remembered between runs. Closing only hides it; it is shown again as it was left, but with
@@ -31,6 +34,7 @@ private:
     void restorePlacement();
     void rememberPlacement();
 
+    std::shared_ptr<SettingsStore> settings_;  // the window's place lives in the model's file
     Gallery gallery_;
     DesktopAppearance appearance_;
     QTimer remember_;

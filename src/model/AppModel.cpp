@@ -25,6 +25,8 @@ const QString quality = QStringLiteral("quality");
 const QString fps = QStringLiteral("fps");
 const QString allScreens = QStringLiteral("allScreens");
 const QString syncSystemWallpaper = QStringLiteral("syncSystemWallpaper");
+// Diagnostics: frame timings into the frame log, read once at start.
+const SettingKey<bool> frameLog{QStringLiteral("frameLog"), false};
 }  // namespace key
 
 // "mixEnabled" has no registered default on purpose: it reads as false.
@@ -84,6 +86,7 @@ void AppModel::load() {
     allScreens_ = store.boolean(key::allScreens);
     launchAtLogin_ = services.loginItem->isRegistered();
     syncSystemWallpaper_ = store.boolean(key::syncSystemWallpaper);
+    frameLog_ = store.get(key::frameLog);
 }
 
 void AppModel::publish() {
@@ -96,6 +99,7 @@ void AppModel::publish() {
         .quality = quality_,
         .fps = fps_,
         .paused = paused_,
+        .frameLog = frameLog_,
     });
 }
 

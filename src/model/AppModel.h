@@ -53,6 +53,8 @@ public:
     explicit AppModel(ModelServices services, QObject* parent = nullptr);
     ~AppModel() override;
 
+    // The user's settings file, the one store every part reads and writes it through.
+    const std::shared_ptr<SettingsStore>& settingsStore() const { return services.settings; }
     // The process-wide instance with the user's settings file and the platform services.
     static AppModel& shared();
 
@@ -180,6 +182,7 @@ private:
     bool allScreens_ = true;
     bool paused_ = false;
     bool syncSystemWallpaper_ = true;
+    bool frameLog_ = false;
     bool launchAtLogin_ = false;
     bool hearing_ = false;
     bool ready_ = false;

@@ -36,7 +36,7 @@ double SystemClock::now() {
 
 ModelServices defaultServices() {
     ModelServices services;
-    services.settings = std::make_unique<SettingsStore>(SettingsStore::standardPath());
+    services.settings = std::make_shared<SettingsStore>(SettingsStore::standardPath());
     services.clock = std::make_shared<SystemClock>();
     services.loginItem = std::make_shared<XdgAutostart>(XdgAutostart::forCurrentUser());
     services.shaders = std::make_shared<LibraryCompilation>();

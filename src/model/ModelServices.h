@@ -31,7 +31,8 @@ using LogSink = std::function<void(const std::string& line)>;
 // `shaders` may be null while those subsystems are absent: then nothing is heard and nothing
 // is compiled.
 struct ModelServices {
-    std::unique_ptr<SettingsStore> settings;
+    // Shared with the parts that keep groups of their own in the same file.
+    std::shared_ptr<SettingsStore> settings;
     std::shared_ptr<Clock> clock;
     std::shared_ptr<AudioRecordSource> audio;
     std::shared_ptr<ShaderCompilation> shaders;

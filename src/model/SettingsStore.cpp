@@ -66,6 +66,11 @@ std::optional<int> toInteger(const QVariant& v) {
     return i;
 }
 
+std::optional<QRect> toRect(const QVariant& v) {
+    if (v.typeId() != QMetaType::QRect || !v.toRect().isValid()) return std::nullopt;
+    return v.toRect();
+}
+
 // Qt's INI reader and writer disagree about damaged files (an empty or broken section header
 // hides keys that the next save brings back, or the other way round). The values are read from a
 // copy that Qt has saved once, so they are exactly what a save of another setting keeps.
@@ -128,6 +133,27 @@ auto SettingsStore::read(const QString& key, Convert convert) const {
     return T{};
 }
 
+template <typename T, typename Convert>
+T SettingsStore::read(const SettingKey<T>& key, Convert convert) const {
+    if (auto it = values.find(key.name); it != values.end())
+        if (auto value = convert(*it)) return *value;
+    return key.fallback;
+}
+
+QString SettingsStore::get(const SettingKey<QString>& key) const { return read(key, toString); }
+bool SettingsStore::get(const SettingKey<bool>& key) const { return read(key, toBoolean); }
+int SettingsStore::get(const SettingKey<int>& key) const { return read(key, toInteger); }
+QRect SettingsStore::get(const SettingKey<QRect>& key) const { return read(key, toRect); }
+
+QStringList SettingsStore::childKeys(const QString& group) const {
+    const QString prefix = group + u'/';
+    QStringList keys;
+    for (auto it = values.begin(); it != values.end(); ++it)
+        if (it.key().startsWith(prefix) && !it.key().sliced(prefix.size()).contains(u'/'))
+            keys.append(it.key().sliced(prefix.size()));
+    return keys;
+}
+
 QString SettingsStore::string(const QString& key) const { return read(key, toString); }
 
 QStringList SettingsStore::stringArray(const QString& key) const { return read(key, toStringArray); }
@@ -142,6 +168,17 @@ void SettingsStore::set(const QString& key, const QVariant& value) {
     values.insert(key, value);
     if (unreadable) return;
     settings.setValue(key, emptyList ? QVariant(QString()) : value);
+    save();
+}
+
+void SettingsStore::remove(const QString& key) {
+    values.remove(key);
+    if (unreadable) return;
+    settings.remove(key);
+    save();
+}
+
+void SettingsStore::save() {
     settings.sync();
     // The status keeps the first error, so each kind is reported once.
     if (settings.status() == QSettings::AccessError && !std::exchange(reportedWrite, true))

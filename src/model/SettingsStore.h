@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QRect>
 #include <QSettings>
 #include <QString>
 #include <QStringList>
@@ -12,6 +13,14 @@
 #include "SystemLog.h"
 
 namespace quellton {
+
+// A setting of our file with its type and the value it reads as when missing or damaged;
+// `name` is "key" in [General] or "Group/key".
+template <typename T>
+struct SettingKey {
+    QString name;
+    T fallback{};
+};
 
 // The defaults store: an INI file read through QSettings with a table of registered defaults.
 // A missing key reads as its registered default; a value of the wrong type (or one that a
@@ -40,10 +49,25 @@ public:
 
     // Every write reaches the file at once, so a crash loses no setting.
     void set(const QString& key, const QVariant& value);
+    void remove(const QString& key);
+    // The keys of one group, without the group's name.
+    QStringList childKeys(const QString& group) const;
+
+    // Typed keys, under the same rule as the registered ones: a missing or damaged value reads as
+    // the key's fallback.
+    QString get(const SettingKey<QString>& key) const;
+    bool get(const SettingKey<bool>& key) const;
+    int get(const SettingKey<int>& key) const;
+    QRect get(const SettingKey<QRect>& key) const;
+    template <typename T>
+    void set(const SettingKey<T>& key, const T& value) { set(key.name, QVariant::fromValue(value)); }
 
 private:
     template <typename Convert>
     auto read(const QString& key, Convert convert) const;
+    template <typename T, typename Convert>
+    T read(const SettingKey<T>& key, Convert convert) const;
+    void save();
     void report(const char* what);
 
     QSettings settings;  // writes only

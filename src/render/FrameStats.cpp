@@ -1,8 +1,5 @@
 #include "FrameStats.h"
 
-#include <QSettings>
-#include <QStandardPaths>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -46,16 +43,6 @@ std::string isoDateNow() {
     char buffer[32];
     std::strftime(buffer, sizeof buffer, "%Y-%m-%dT%H:%M:%SZ", &utc);
     return buffer;
-}
-
-bool frameLogEnabled() {
-    static const bool enabled = [] {
-        const QString file = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-                             QStringLiteral("/Quellton/Quellton.conf");
-        const QVariant value = QSettings(file, QSettings::IniFormat).value(QStringLiteral("frameLog"));
-        return value.typeId() == QMetaType::Bool ? value.toBool() : value.toString() == QStringLiteral("true");
-    }();
-    return enabled;
 }
 
 std::filesystem::path frameLogPath() {

@@ -33,8 +33,6 @@ std::string frameLogLine(std::string_view isoDate, std::string_view role, const 
 // The current time as 2026-03-01T18:04:05Z.
 std::string isoDateNow();
 
-// The diagnostic log is on when the setting "frameLog" was true at start; it is read once.
-bool frameLogEnabled();
 std::filesystem::path frameLogPath();
 // Appends the line, creating the file when needed; errors lose the line silently.
 void appendFrameLogLine(const std::filesystem::path& file, const std::string& line);

@@ -23,6 +23,7 @@ struct RenderSettings {
     Quality quality = Quality::balanced;
     int fps = 60;
     bool paused = false;
+    bool frameLog = false;  // frame timings go to the frame log
 
     bool operator==(const RenderSettings&) const = default;
 };

@@ -20,7 +20,7 @@ RendererEnvironment RendererEnvironment::live() {
     env.wallClock = wallClockNow;
     env.pointer = [] { return std::optional<std::array<double, 2>>(); };
     env.lowPower = RenderState::lowPower;
-    env.frameLog = frameLogEnabled();
+    env.frameLog = RenderState::get().frameLog;
     return env;
 }
 

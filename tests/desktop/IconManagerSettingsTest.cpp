@@ -9,6 +9,7 @@
 #include "DeferredPicture.h"
 #include "DesktopIconManagerSettings.h"
 #include "GSettingsClient.h"
+#include "SettingsStore.h"
 
 namespace quellton {
 namespace {
@@ -73,9 +74,10 @@ const ScreenInfo screen{QStringLiteral("DP-1"), QRect(0, 0, 1920, 1080), 1.0};
 
 class IconManagerSettingsTest : public ::testing::Test {
 protected:
-    std::unique_ptr<DesktopIconManagerSettings> make() {
+    // On the settings file of this run, or of a new run that reads it afresh.
+    std::unique_ptr<DesktopIconManagerSettings> make(std::shared_ptr<SettingsStore> settings = nullptr) {
         IconManagerServices services;
-        services.vaultPath = vaultPath();
+        services.settings = settings ? settings : ourSettings;
         services.backdrop = [this](IconManager m) -> std::unique_ptr<ManagerBackdrop> {
             if (m != IconManager::xfdesktop) return nullptr;
             return std::make_unique<MemoryBackdrop>(store);
@@ -86,8 +88,12 @@ protected:
         return std::make_unique<DesktopIconManagerSettings>(std::move(services));
     }
     QString vaultPath() const { return dir.filePath(QStringLiteral("Quellton.conf")); }
+    std::shared_ptr<SettingsStore> fileSettings() const { return std::make_shared<SettingsStore>(vaultPath()); }
+    // What the file holds now.
+    BackdropVault fileVault() const { return BackdropVault(fileSettings()); }
 
     QTemporaryDir dir;
+    std::shared_ptr<SettingsStore> ourSettings = fileSettings();
     MemoryStore store{{{"style", QStringLiteral("zoom")}, {"color", 0x336699u}, {"picture", QStringLiteral("/home/u/see.jpg")},
                        {"unset", QVariant()}},
                       false,
@@ -100,14 +106,14 @@ TEST_F(IconManagerSettingsTest, TheUsersBackdropIsSavedBeforeTheKeyAndComesBackE
     EXPECT_EQ(settings->keyBackdrop(IconManager::xfdesktop), backdropKeyColor);
     EXPECT_EQ(store.values.value("style"), QStringLiteral("none"));
     // Saved in our settings file, in case the process dies now.
-    ASSERT_TRUE(BackdropVault(vaultPath()).record(QStringLiteral("xfdesktop")));
-    EXPECT_EQ(BackdropVault(vaultPath()).record(QStringLiteral("xfdesktop"))->settings, before);
+    ASSERT_TRUE(fileVault().record(QStringLiteral("xfdesktop")));
+    EXPECT_EQ(fileVault().record(QStringLiteral("xfdesktop"))->settings, before);
 
     // The manager's window comes back: keyed again without losing the saved values.
     EXPECT_EQ(settings->keyBackdrop(IconManager::xfdesktop), backdropKeyColor);
     settings->restoreBackdrop(IconManager::xfdesktop);
     EXPECT_EQ(store.values, before);
-    EXPECT_FALSE(BackdropVault(vaultPath()).record(QStringLiteral("xfdesktop")));
+    EXPECT_FALSE(fileVault().record(QStringLiteral("xfdesktop")));
     // Nothing to give back twice; a manager without a backdrop cannot be keyed.
     settings->restoreBackdrop(IconManager::xfdesktop);
     EXPECT_EQ(std::ranges::count(store.log, QStringLiteral("restore")), 1);
@@ -136,9 +142,9 @@ TEST_F(IconManagerSettingsTest, TheNextStartGivesBackWhatARunThatDiedLeftKeyed) 
     const QVariantMap before = store.values;
     make()->keyBackdrop(IconManager::xfdesktop);  // and the process is killed: no finish()
     ASSERT_NE(store.values, before);
-    make()->prepare();
+    make(fileSettings())->prepare();
     EXPECT_EQ(store.values, before);
-    EXPECT_TRUE(BackdropVault(vaultPath()).managers().isEmpty());
+    EXPECT_TRUE(fileVault().managers().isEmpty());
 }
 
 TEST_F(IconManagerSettingsTest, ASolidBackdropIsItsOwnKeyAndARefusedKeyChangesNothing) {
@@ -155,11 +161,11 @@ TEST_F(IconManagerSettingsTest, ASolidBackdropIsItsOwnKeyAndARefusedKeyChangesNo
     store.refuseKey = true;
     EXPECT_FALSE(make()->keyBackdrop(IconManager::xfdesktop));
     EXPECT_EQ(store.values, before);
-    EXPECT_TRUE(BackdropVault(vaultPath()).managers().isEmpty());
+    EXPECT_TRUE(fileVault().managers().isEmpty());
 }
 
 TEST_F(IconManagerSettingsTest, TheSyncsPictureWaitsWhileKeyedAndBecomesTheBackdropToReturnTo) {
-    GuardedDesktopPicture guarded(std::make_unique<StorePicture>(store), IconManager::xfdesktop, vaultPath());
+    GuardedDesktopPicture guarded(std::make_unique<StorePicture>(store), IconManager::xfdesktop, ourSettings);
     const std::vector<ScreenPicture> stills{{screen, QStringLiteral("/data/Hintergrund/nation-0-1.jpg")}};
     // Not keyed: the sync writes as it would without us.
     guarded.show(stills);
@@ -191,12 +197,12 @@ TEST_F(IconManagerSettingsTest, TheSyncsPictureWaitsWhileKeyedAndBecomesTheBackd
 }
 
 TEST_F(IconManagerSettingsTest, RecordsKeepTheirTypesAndADamagedOneReadsAsNothing) {
-    BackdropVault vault(vaultPath());
+    BackdropVault vault(ourSettings);
     BackdropRecord record;
     record.settings = {{"/backdrop/image-style", 5}, {"/backdrop/rgba1", QVariantList{0.25, 0.5, 0.75, 1.0}},
                        {"/backdrop/absent", QVariant()}};
     vault.store(QStringLiteral("xfdesktop"), record);
-    const std::optional<BackdropRecord> back = BackdropVault(vaultPath()).record(QStringLiteral("xfdesktop"));
+    const std::optional<BackdropRecord> back = fileVault().record(QStringLiteral("xfdesktop"));
     ASSERT_TRUE(back);
     EXPECT_EQ(back->settings.value("/backdrop/image-style").typeId(), QMetaType::Int);
     EXPECT_EQ(back->settings.value("/backdrop/rgba1").toList().at(1).typeId(), QMetaType::Double);
@@ -207,9 +213,9 @@ TEST_F(IconManagerSettingsTest, RecordsKeepTheirTypesAndADamagedOneReadsAsNothin
         QSettings file(vaultPath(), QSettings::IniFormat);
         file.setValue(QStringLiteral("IconLayerBackdrops/caja"), QStringLiteral("not a record"));
     }
-    EXPECT_FALSE(vault.record(QStringLiteral("caja")));
-    make()->prepare();
-    EXPECT_FALSE(vault.managers().contains(QStringLiteral("caja")));
+    EXPECT_FALSE(fileVault().record(QStringLiteral("caja")));
+    make(fileSettings())->prepare();
+    EXPECT_FALSE(fileVault().managers().contains(QStringLiteral("caja")));
 }
 
 TEST_F(IconManagerSettingsTest, NemoIgnoresOurWindowsWhileWeRunAndItsListComesBackAsItWas) {

@@ -4,6 +4,7 @@
 #include "Catalog.h"
 #include "ModelTestSupport.h"
 #include "Palette.h"
+#include "RenderSettings.h"
 
 namespace quellton::test {
 namespace {
@@ -100,6 +101,32 @@ TEST_F(Settings, DamagedFileLoadsWhatIsReadable) {
     // It stays writable.
     model->setFps(24);
     EXPECT_EQ(makeModel()->fps(), 24);
+}
+
+// The keys other parts keep in the file (the frame log switch, the gallery's place, the icon
+// layers' flags) go through the same store under the same rule.
+TEST_F(Settings, OtherPartsKeysFollowTheSameRule) {
+    QFile file(path());
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("[General]\nframeLog=vielleicht\n[Galerie]\ngeometry=@Rect(0 0 kaputt)\n"
+               "[IconLayerFlags]\nnemo=true\nwrong=@Rect(1 2 3 4)\n");
+    file.close();
+    auto model = makeModel();
+    EXPECT_FALSE(RenderState::get().frameLog);
+    SettingsStore& settings = *model->settingsStore();
+    const SettingKey<QRect> place{QStringLiteral("Galerie/geometry"), QRect(1, 2, 3, 4)};
+    EXPECT_EQ(settings.get(place), QRect(1, 2, 3, 4));
+    EXPECT_EQ(settings.childKeys(QStringLiteral("IconLayerFlags")), (QStringList{"nemo", "wrong"}));
+    EXPECT_TRUE(settings.get(SettingKey<bool>{QStringLiteral("IconLayerFlags/nemo")}));
+    EXPECT_FALSE(settings.get(SettingKey<bool>{QStringLiteral("IconLayerFlags/wrong")}));
+
+    settings.set(place, QRect(10, 20, 800, 600));
+    settings.remove(QStringLiteral("IconLayerFlags/nemo"));
+    store("frameLog", true);
+    auto again = makeModel();
+    EXPECT_TRUE(RenderState::get().frameLog);
+    EXPECT_EQ(again->settingsStore()->get(place), QRect(10, 20, 800, 600));
+    EXPECT_EQ(again->settingsStore()->childKeys(QStringLiteral("IconLayerFlags")), QStringList{"wrong"});
 }
 
 TEST_F(Settings, AssignedValuesPersistAcrossInstances) {

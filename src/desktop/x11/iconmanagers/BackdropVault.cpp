@@ -2,7 +2,6 @@
 
 #include <QDataStream>
 #include <QIODevice>
-#include <QSettings>
 
 #include "SettingsStore.h"
 
@@ -12,6 +11,9 @@ namespace {
 
 const QString recordsGroup = QStringLiteral("IconLayerBackdrops");
 const QString flagsGroup = QStringLiteral("IconLayerFlags");
+
+SettingKey<QString> recordKey(const QString& manager) { return {recordsGroup + u'/' + manager}; }
+SettingKey<bool> flagKey(const QString& name) { return {flagsGroup + u'/' + name}; }
 
 // An INI file keeps numbers as text; the values go back to stores that care for their types
 // (xfconf's int against double), so each record is kept whole in Qt's binary form.
@@ -35,47 +37,29 @@ std::optional<BackdropRecord> decode(const QString& text) {
 
 }  // namespace
 
-BackdropVault::BackdropVault(QString filePath) : path_(std::move(filePath)) {}
+BackdropVault::BackdropVault(std::shared_ptr<SettingsStore> settings) : settings_(std::move(settings)) {}
 
-QString BackdropVault::standardPath() { return SettingsStore::standardPath(); }
-
-QStringList BackdropVault::managers() const {
-    QSettings settings(path_, QSettings::IniFormat);
-    settings.beginGroup(recordsGroup);
-    return settings.childKeys();
-}
+QStringList BackdropVault::managers() const { return settings_->childKeys(recordsGroup); }
 
 std::optional<BackdropRecord> BackdropVault::record(const QString& manager) const {
-    QSettings settings(path_, QSettings::IniFormat);
-    const QVariant value = settings.value(recordsGroup + u'/' + manager);
-    if (!value.isValid()) return std::nullopt;
-    return decode(value.toString());
+    const QString text = settings_->get(recordKey(manager));
+    if (text.isEmpty()) return std::nullopt;
+    return decode(text);
 }
 
 void BackdropVault::store(const QString& manager, const BackdropRecord& record) {
-    QSettings settings(path_, QSettings::IniFormat);
-    settings.setValue(recordsGroup + u'/' + manager, encode(record));
-    settings.sync();
+    settings_->set(recordKey(manager), encode(record));
 }
 
-void BackdropVault::forget(const QString& manager) {
-    QSettings settings(path_, QSettings::IniFormat);
-    settings.remove(recordsGroup + u'/' + manager);
-    settings.sync();
-}
+void BackdropVault::forget(const QString& manager) { settings_->remove(recordKey(manager).name); }
 
-bool BackdropVault::flag(const QString& name) const {
-    QSettings settings(path_, QSettings::IniFormat);
-    return settings.value(flagsGroup + u'/' + name).toString() == QStringLiteral("true");
-}
+bool BackdropVault::flag(const QString& name) const { return settings_->get(flagKey(name)); }
 
 void BackdropVault::setFlag(const QString& name, bool on) {
-    QSettings settings(path_, QSettings::IniFormat);
     if (on)
-        settings.setValue(flagsGroup + u'/' + name, QStringLiteral("true"));
+        settings_->set(flagKey(name), true);
     else
-        settings.remove(flagsGroup + u'/' + name);
-    settings.sync();
+        settings_->remove(flagKey(name).name);
 }
 
 }  // namespace quellton

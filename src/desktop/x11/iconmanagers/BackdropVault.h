@@ -4,9 +4,12 @@
 #include <QStringList>
 #include <QVariantMap>
 
+#include <memory>
 #include <optional>
 
 namespace quellton {
+
+class SettingsStore;
 
 // What the wallpaper took from an icon manager's backdrop, kept in our own settings file from
 // before the first change until it is given back, so that a run that ends without cleaning up
@@ -19,10 +22,8 @@ struct BackdropRecord {
 
 class BackdropVault {
 public:
-    // Our settings file, normally ~/.config/Quellton/Quellton.conf.
-    explicit BackdropVault(QString filePath);
-
-    static QString standardPath();
+    // Kept in the groups IconLayerBackdrops and IconLayerFlags of our settings file.
+    explicit BackdropVault(std::shared_ptr<SettingsStore> settings);
 
     QStringList managers() const;
     std::optional<BackdropRecord> record(const QString& manager) const;
@@ -35,7 +36,7 @@ public:
     void setFlag(const QString& name, bool on);
 
 private:
-    QString path_;
+    std::shared_ptr<SettingsStore> settings_;
 };
 
 }  // namespace quellton

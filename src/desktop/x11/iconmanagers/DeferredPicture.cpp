@@ -61,8 +61,9 @@ void replayDeferred(DesktopPicture& picture, const QVariantMap& deferred) {
     }
 }
 
-GuardedDesktopPicture::GuardedDesktopPicture(std::unique_ptr<DesktopPicture> inner, IconManager manager, QString vaultPath)
-    : inner_(std::move(inner)), manager_(manager), vault_(std::move(vaultPath)) {}
+GuardedDesktopPicture::GuardedDesktopPicture(std::unique_ptr<DesktopPicture> inner, IconManager manager,
+                                             std::shared_ptr<SettingsStore> settings)
+    : inner_(std::move(inner)), manager_(manager), vault_(std::move(settings)) {}
 
 std::optional<QUrl> GuardedDesktopPicture::current(const ScreenInfo& mainScreen) {
     const std::optional<BackdropRecord> record = vault_.record(recordName(manager_));
@@ -101,10 +102,10 @@ std::optional<IconManager> keyedManagerOf(PictureDesktop desktop) {
 }
 
 std::unique_ptr<DesktopPicture> guardDesktopPicture(std::unique_ptr<DesktopPicture> picture, PictureDesktop desktop,
-                                                    QString vaultPath) {
+                                                    std::shared_ptr<SettingsStore> settings) {
     const std::optional<IconManager> manager = keyedManagerOf(desktop);
     if (!picture || !manager) return picture;
-    return std::make_unique<GuardedDesktopPicture>(std::move(picture), *manager, std::move(vaultPath));
+    return std::make_unique<GuardedDesktopPicture>(std::move(picture), *manager, std::move(settings));
 }
 
 }  // namespace quellton

@@ -24,7 +24,8 @@ void replayDeferred(DesktopPicture& picture, const QVariantMap& deferred);
 // the desktop returns to.
 class GuardedDesktopPicture : public DesktopPicture {
 public:
-    GuardedDesktopPicture(std::unique_ptr<DesktopPicture> inner, IconManager manager, QString vaultPath);
+    GuardedDesktopPicture(std::unique_ptr<DesktopPicture> inner, IconManager manager,
+                          std::shared_ptr<SettingsStore> settings);
 
     std::optional<QUrl> current(const ScreenInfo& mainScreen) override;
     void show(std::span<const ScreenPicture> stills) override;
@@ -43,6 +44,6 @@ private:
 std::optional<IconManager> keyedManagerOf(PictureDesktop desktop);
 // `picture` guarded where its desktop's icon manager may be keyed; as it is elsewhere.
 std::unique_ptr<DesktopPicture> guardDesktopPicture(std::unique_ptr<DesktopPicture> picture, PictureDesktop desktop,
-                                                    QString vaultPath = BackdropVault::standardPath());
+                                                    std::shared_ptr<SettingsStore> settings);
 
 }  // namespace quellton

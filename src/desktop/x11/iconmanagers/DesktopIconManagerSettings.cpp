@@ -28,7 +28,7 @@ QVariantMap userChanges(const QVariantMap& saved, const QVariantMap& current, co
 }
 
 DesktopIconManagerSettings::DesktopIconManagerSettings(IconManagerServices services)
-    : services_(std::move(services)), vault_(services_.vaultPath), nemo_(vault_, services_.windowClass) {}
+    : services_(std::move(services)), vault_(services_.settings), nemo_(vault_, services_.windowClass) {}
 
 void DesktopIconManagerSettings::prepare() {
     for (const QString& name : vault_.managers()) {

@@ -14,7 +14,8 @@ namespace quellton {
 
 // Where the settings of the icon managers are read and written.
 struct IconManagerServices {
-    QString vaultPath = BackdropVault::standardPath();
+    // Our settings file, where what was taken is kept.
+    std::shared_ptr<SettingsStore> settings;
     // The manager's backdrop; null where it has none.
     std::function<std::unique_ptr<ManagerBackdrop>(IconManager)> backdrop;
     // The desktop-picture adapter of the manager's desktop; null where there is none.

@@ -1,6 +1,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include "AppModel.h"
 #include "CajaBackdrop.h"
 #include "DesktopIconManagerSettings.h"
 #include "PcmanfmQtBackdrop.h"
@@ -55,6 +56,7 @@ std::unique_ptr<IconManagerSettings> makeIconManagerSettings() {
     };
     services.screens = qtScreens;
     services.windowClass = QStringLiteral("Quellton");
+    services.settings = AppModel::shared().settingsStore();
     return std::make_unique<DesktopIconManagerSettings>(std::move(services));
 }
 
