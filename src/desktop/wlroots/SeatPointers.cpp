@@ -65,17 +65,19 @@ void SeatPointers::capabilities(void* data, wl_seat* seat, uint32_t caps) {
     auto* record = static_cast<Seat*>(data);
     const bool hasPointer = caps & WL_SEAT_CAPABILITY_POINTER;
     if (hasPointer && !record->pointer) {
+        // Named members: newer headers add events (axis_relative_direction) that the seat's
+        // bound version never sends us.
         static const wl_pointer_listener listener{
-            &SeatPointers::entered,
-            &SeatPointers::leaving,
-            &SeatPointers::motion,
-            &SeatPointers::button,
-            [](void*, wl_pointer*, uint32_t, uint32_t, wl_fixed_t) {},          // axis
-            [](void*, wl_pointer*) {},                                          // frame
-            [](void*, wl_pointer*, uint32_t) {},                                // axis_source
-            [](void*, wl_pointer*, uint32_t, uint32_t) {},                      // axis_stop
-            [](void*, wl_pointer*, uint32_t, int32_t) {},                       // axis_discrete
-            [](void*, wl_pointer*, uint32_t, int32_t) {},                       // axis_value120
+            .enter = &SeatPointers::entered,
+            .leave = &SeatPointers::leaving,
+            .motion = &SeatPointers::motion,
+            .button = &SeatPointers::button,
+            .axis = [](void*, wl_pointer*, uint32_t, uint32_t, wl_fixed_t) {},
+            .frame = [](void*, wl_pointer*) {},
+            .axis_source = [](void*, wl_pointer*, uint32_t) {},
+            .axis_stop = [](void*, wl_pointer*, uint32_t, uint32_t) {},
+            .axis_discrete = [](void*, wl_pointer*, uint32_t, int32_t) {},
+            .axis_value120 = [](void*, wl_pointer*, uint32_t, int32_t) {},
         };
         record->pointer.reset(wl_seat_get_pointer(seat));
         wl_pointer_add_listener(record->pointer.get(), &listener, record);
