@@ -61,7 +61,6 @@ GalleryWindow::GalleryWindow(AppModel& model) : settings_(model.settingsStore())
     qml.addImageProvider(QStringLiteral("thumbnail"), new ThumbnailProvider(model));
     qml.addImageProvider(QStringLiteral("shadow"), new ShadowProvider);
 
-    setMinimumSize(minimumSize);
     setResizeMode(SizeRootObjectToView);
     // What shows before the scene's first frame, in the desktop's scheme.
     auto clearColour = [this] { setColor(appearance_.dark() ? QColor(0x1b, 0x1b, 0x1f) : QColor(0xf6, 0xf6, 0xf8)); };
@@ -86,6 +85,11 @@ GalleryWindow::~GalleryWindow() {
 }
 
 bool GalleryWindow::event(QEvent* event) {
+    // The window manager's frame is known once the window shows: the whole frame must fit too.
+    if (event->type() == QEvent::Expose && isExposed() && frameMargins() != placedFrame_) {
+        placedFrame_ = frameMargins();
+        place(geometry());
+    }
     if (event->type() == QEvent::Close) {
         // Kept for the next opening, which starts with everything selected again.
         event->ignore();
@@ -99,12 +103,18 @@ bool GalleryWindow::event(QEvent* event) {
 
 void GalleryWindow::restorePlacement() {
     const QRect saved = settings_->get(placementKey);
-    const std::optional<QRect> remembered = saved.isValid() ? std::optional(saved) : std::nullopt;
+    place(saved.isValid() ? std::optional(saved) : std::nullopt);
+}
+
+void GalleryWindow::place(std::optional<QRect> wanted) {
     QList<QRect> screens;
     for (const QScreen* screen : QGuiApplication::screens()) screens.append(screen->availableGeometry());
     const QScreen* primary = QGuiApplication::primaryScreen();
-    setGeometry(windowPlacement(remembered, screens, primary ? primary->availableGeometry() : QRect(0, 0, 1920, 1080),
-                                minimumSize, firstSize));
+    const Placement placement =
+        windowPlacement(wanted, screens, primary ? primary->availableGeometry() : QRect(0, 0, 1920, 1080), minimumSize,
+                        firstSize, frameMargins());
+    setMinimumSize(placement.minimum);
+    if (placement.geometry != geometry()) setGeometry(placement.geometry);
 }
 
 void GalleryWindow::rememberPlacement() {

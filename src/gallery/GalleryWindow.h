@@ -1,9 +1,11 @@
 #pragma once
 
+#include <QMargins>
 #include <QQuickView>
 #include <QTimer>
 
 #include <memory>
+#include <optional>
 
 #include "DesktopAppearance.h"
 #include "Gallery.h"
@@ -32,12 +34,15 @@ protected:
 
 private:
     void restorePlacement();
+    // At `wanted`, or the first place, fitted to the screen with the frame known now.
+    void place(std::optional<QRect> wanted);
     void rememberPlacement();
 
     std::shared_ptr<SettingsStore> settings_;  // the window's place lives in the model's file
     Gallery gallery_;
     DesktopAppearance appearance_;
     QTimer remember_;
+    QMargins placedFrame_;
 };
 
 }  // namespace quellton
