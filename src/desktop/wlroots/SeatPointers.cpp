@@ -65,8 +65,7 @@ void SeatPointers::capabilities(void* data, wl_seat* seat, uint32_t caps) {
     auto* record = static_cast<Seat*>(data);
     const bool hasPointer = caps & WL_SEAT_CAPABILITY_POINTER;
     if (hasPointer && !record->pointer) {
-        // Named members: newer headers add events (axis_relative_direction) that the seat's
-        // bound version never sends us.
+        // Every member named: newer headers add events, which the seat's bound version never sends.
         static const wl_pointer_listener listener{
             .enter = &SeatPointers::entered,
             .leave = &SeatPointers::leaving,
@@ -78,6 +77,9 @@ void SeatPointers::capabilities(void* data, wl_seat* seat, uint32_t caps) {
             .axis_stop = [](void*, wl_pointer*, uint32_t, uint32_t) {},
             .axis_discrete = [](void*, wl_pointer*, uint32_t, int32_t) {},
             .axis_value120 = [](void*, wl_pointer*, uint32_t, int32_t) {},
+#ifdef WL_POINTER_AXIS_RELATIVE_DIRECTION_SINCE_VERSION
+            .axis_relative_direction = [](void*, wl_pointer*, uint32_t, uint32_t) {},
+#endif
         };
         record->pointer.reset(wl_seat_get_pointer(seat));
         wl_pointer_add_listener(record->pointer.get(), &listener, record);
