@@ -23,42 +23,29 @@ AudioFrame rampFrame() {
 }
 }  // namespace
 
-TEST(AudioFrame, SilentFrameIsAllZero) {
-    const AudioFrame s = AudioFrame::silent();
-    for (float b : s.bands) EXPECT_EQ(b, 0.0f);
-    for (float w : s.wave) EXPECT_EQ(w, 0.0f);
-    EXPECT_EQ(s.bass + s.mid + s.high + s.level + s.beat, 0.0f);
-}
-
-TEST(AudioFrame, StrengthOneKeepsInRangeValues) {
+TEST(AudioFrame, StrengthOneKeepsAndStrengthZeroFlattensAroundAQuarter) {
     const AudioFrame f = rampFrame();
-    const AudioFrame s = f.shaped(1.0f);
+    const AudioFrame one = f.shaped(1.0f);
     for (int i = 0; i < 64; ++i) {
-        EXPECT_NEAR(s.bands[i], f.bands[i], 1e-7f);
-        EXPECT_NEAR(s.peaks[i], f.peaks[i], 1e-7f);
+        EXPECT_NEAR(one.bands[i], f.bands[i], 1e-7f);
+        EXPECT_NEAR(one.peaks[i], f.peaks[i], 1e-7f);
     }
-    EXPECT_EQ(s.wave, f.wave);
-    EXPECT_NEAR(s.bass, f.bass, 1e-7f);
-    EXPECT_NEAR(s.high, f.high, 1e-7f);
-    EXPECT_EQ(s.beat, f.beat);
+    EXPECT_EQ(one.wave, f.wave);
+    EXPECT_NEAR(one.bass, f.bass, 1e-7f);
+    EXPECT_NEAR(one.high, f.high, 1e-7f);
+    EXPECT_EQ(one.beat, f.beat);
+
+    const AudioFrame zero = f.shaped(0.0f);
+    for (int i = 0; i < 64; ++i) {
+        EXPECT_EQ(zero.bands[i], 0.25f);
+        EXPECT_EQ(zero.peaks[i], 0.25f);
+    }
+    for (int i = 0; i < 256; ++i) EXPECT_FLOAT_EQ(zero.wave[i], 0.3f * f.wave[i]);
+    for (float v : {zero.bass, zero.mid, zero.high, zero.level}) EXPECT_EQ(v, 0.25f);
+    EXPECT_EQ(zero.beat, 0.0f);
 }
 
-TEST(AudioFrame, StrengthZeroFlattensAndScalesWave) {
-    const AudioFrame f = rampFrame();
-    const AudioFrame s = f.shaped(0.0f);
-    for (int i = 0; i < 64; ++i) {
-        EXPECT_EQ(s.bands[i], 0.25f);
-        EXPECT_EQ(s.peaks[i], 0.25f);
-    }
-    for (int i = 0; i < 256; ++i) EXPECT_FLOAT_EQ(s.wave[i], 0.3f * f.wave[i]);
-    EXPECT_EQ(s.bass, 0.25f);
-    EXPECT_EQ(s.mid, 0.25f);
-    EXPECT_EQ(s.high, 0.25f);
-    EXPECT_EQ(s.level, 0.25f);
-    EXPECT_EQ(s.beat, 0.0f);
-}
-
-TEST(AudioFrame, LargeStrengthClampsEverything) {
+TEST(AudioFrame, LargeStrengthClampsEverythingButANegativeBeat) {
     AudioFrame f = rampFrame();
     f.bands[3] = 0.05f;
     f.bands[5] = std::nanf("");
@@ -74,12 +61,8 @@ TEST(AudioFrame, LargeStrengthClampsEverything) {
     EXPECT_GE(s.high, 0.0f);
     // The wave gain of the "extreme" preset.
     EXPECT_FLOAT_EQ(f.shaped(2.4f).wave[1], std::min(1.98f * f.wave[1], 1.0f));
-}
-
-TEST(AudioFrame, BeatIsCappedAboveOnly) {
-    AudioFrame f;
     f.beat = -0.5f;
-    EXPECT_EQ(f.shaped(2.0f).beat, -1.0f);
+    EXPECT_EQ(f.shaped(2.0f).beat, -1.0f);  // the beat is capped above only
 }
 
 TEST(AudioFrame, ApproachMovesBySharesOfTheDistance) {
@@ -102,17 +85,11 @@ TEST(AudioFrame, ApproachMovesBySharesOfTheDistance) {
     EXPECT_NEAR(over.bass, -0.5f, 1e-6f);
 }
 
-TEST(AudioFrame, IdleWithZeroAmount) {
-    const AudioFrame f = AudioFrame::idle(12.7, 0.0f);
-    for (int i = 0; i < 64; ++i) {
-        EXPECT_EQ(f.bands[i], 0.0f);
-        EXPECT_FLOAT_EQ(f.peaks[i], 0.06f);
-    }
-    for (float w : f.wave) EXPECT_EQ(w, 0.0f);
-    EXPECT_EQ(f.bass + f.mid + f.high + f.level + f.beat, 0.0f);
-}
+TEST(AudioFrame, IdlePulsesTwiceASecondAndScalesWithItsAmount) {
+    AudioFrame none = AudioFrame::silent();  // nothing but the peaks' floor
+    none.peaks.fill(0.06f);
+    EXPECT_EQ(AudioFrame::idle(12.7, 0.0f), none);
 
-TEST(AudioFrame, IdleFollowsItsFormulas) {
     const AudioFrame f = AudioFrame::idle(0.0, 0.5f);
     EXPECT_EQ(f.beat, 0.5f);  // the pulse is 1 at every half second
     EXPECT_FLOAT_EQ(f.bass, 0.45f);

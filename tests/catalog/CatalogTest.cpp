@@ -9,7 +9,7 @@
 
 using namespace quellton;
 
-TEST(Catalog, HasAllEntriesInOrder) {
+TEST(Catalog, EntriesInOrderAndPerCategory) {
     const auto& all = catalog();
     ASSERT_EQ(all.size(), 97u);
     EXPECT_EQ(all.front().id, "nation");
@@ -21,9 +21,14 @@ TEST(Catalog, HasAllEntriesInOrder) {
     EXPECT_EQ(catalog3D().size(), 18u);
     EXPECT_EQ(catalogFX().size(), 29u);
     EXPECT_EQ(catalogArt().size(), 17u);
+    std::map<Category, int> counts;
+    for (const auto& v : all) ++counts[v.category];
+    const int expected[] = {12, 12, 9, 14, 5, 6, 8, 14, 17};
+    for (std::size_t i = 0; i < allCategories.size(); ++i) EXPECT_EQ(counts[allCategories[i]], expected[i]);
 }
 
-TEST(Catalog, IdsAndNamesAreUniqueAndPalettesValid) {
+// Feedback belongs to the trance entries exactly, and those always draw at full resolution.
+TEST(Catalog, EntriesAreUniqueValidAndFeedbackOnlyForTrance) {
     std::set<std::string> ids, names;
     for (const auto& v : catalog()) {
         ids.insert(v.id);
@@ -32,32 +37,24 @@ TEST(Catalog, IdsAndNamesAreUniqueAndPalettesValid) {
         EXPECT_LT(v.palette, int(Palette::all().size())) << v.id;
         EXPECT_GT(v.scale, 0.0);
         EXPECT_LE(v.scale, 1.0);
+        EXPECT_EQ(v.feedback, v.category == Category::trance) << v.id;
+        if (v.feedback) {
+            EXPECT_EQ(v.scale, 1.0) << v.id;
+        }
         for (char c : v.id) EXPECT_TRUE((c >= 'a' && c <= 'z') || (c >= '0' && c <= '9')) << v.id;
     }
     EXPECT_EQ(ids.size(), 97u);
     EXPECT_EQ(names.size(), 97u);
 }
 
-TEST(Catalog, FeedbackExactlyForTranceAndOnlyPlainEntriesScaleDown) {
-    int feedback = 0;
-    for (const auto& v : catalog()) {
-        EXPECT_EQ(v.feedback, v.category == Category::trance) << v.id;
-        if (v.feedback) {
-            ++feedback;
-            EXPECT_EQ(v.scale, 1.0) << v.id;
-        }
-    }
-    EXPECT_EQ(feedback, 14);
-}
+TEST(Catalog, LookupByIDAlsoUnderConcurrentFirstUse) {
+    std::vector<const Visualizer*> seen(8);
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i) threads.emplace_back([&seen, i] { seen[i] = Catalog::byID("halo"); });
+    for (auto& t : threads) t.join();
+    for (auto* v : seen) EXPECT_EQ(v, seen[0]);
+    EXPECT_NE(seen[0], nullptr);
 
-TEST(Catalog, CountsPerCategory) {
-    std::map<Category, int> counts;
-    for (const auto& v : catalog()) ++counts[v.category];
-    const int expected[] = {12, 12, 9, 14, 5, 6, 8, 14, 17};
-    for (std::size_t i = 0; i < allCategories.size(); ++i) EXPECT_EQ(counts[allCategories[i]], expected[i]);
-}
-
-TEST(Catalog, LookupByID) {
     EXPECT_EQ(Catalog::index().size(), 97u);
     const Visualizer* cell = Catalog::byID("24zeller");
     ASSERT_NE(cell, nullptr);
@@ -65,6 +62,8 @@ TEST(Catalog, LookupByID) {
     EXPECT_EQ(cell->category, Category::hyper);
     EXPECT_EQ(cell->palette, 6);
     EXPECT_EQ(cell->scale, 0.75);
+    // The generated edge table precedes the cell's body.
+    EXPECT_EQ(cell->code.rfind("const ivec2 EDGES[96] = ivec2[96](ivec2(0, 4), ivec2(0, 6),", 0), 0u);
     EXPECT_EQ(Catalog::byID("Nation"), nullptr);
     EXPECT_EQ(Catalog::byID(""), nullptr);
     const Visualizer* geiss = Catalog::byID("schmiere");
@@ -72,21 +71,6 @@ TEST(Catalog, LookupByID) {
     EXPECT_EQ(geiss->name, "Geiss");
     EXPECT_TRUE(geiss->feedback);
     EXPECT_EQ(Catalog::byID("aether")->name, "Äther");
-}
-
-TEST(Catalog, ConcurrentFirstUseBuildsOnce) {
-    std::vector<const Visualizer*> seen(8);
-    std::vector<std::thread> threads;
-    for (int i = 0; i < 8; ++i) threads.emplace_back([&seen, i] { seen[i] = Catalog::byID("halo"); });
-    for (auto& t : threads) t.join();
-    for (auto* v : seen) EXPECT_EQ(v, seen[0]);
-    EXPECT_NE(seen[0], nullptr);
-}
-
-TEST(Catalog, GeneratedEdgeTablePrecedesTheCellBody) {
-    const Visualizer* cell = Catalog::byID("24zeller");
-    ASSERT_NE(cell, nullptr);
-    EXPECT_EQ(cell->code.rfind("const ivec2 EDGES[96] = ivec2[96](ivec2(0, 4), ivec2(0, 6),", 0), 0u);
 }
 
 TEST(Category, TitlesAndSymbols) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFile>
 #include <QSettings>
 #include <QTemporaryDir>
 
@@ -8,6 +9,8 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <ostream>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -52,6 +55,37 @@ struct FakeLoginItem : LoginItem {
         return !failing;
     }
 };
+
+// Writes the bytes as the whole file; an empty text makes an empty file.
+inline void writeFile(const QString& file, const QByteArray& text) {
+    QFile out(file);
+    ASSERT_TRUE(out.open(QIODevice::WriteOnly)) << file.toStdString();
+    out.write(text);
+}
+
+// Every setting the model loads, to compare loads in one assertion.
+struct Loaded {
+    std::string currentID;
+    std::set<std::string> mix;
+    bool mixEnabled, mixOnBeat, allScreens, syncSystemWallpaper;
+    double mixInterval, reactivity, smoothing;
+    std::optional<int> palette;
+    Quality quality;
+    int fps;
+    bool operator==(const Loaded&) const = default;
+};
+
+inline void PrintTo(const Loaded& l, std::ostream* out) {
+    *out << "current=" << l.currentID << " mix=" << l.mix.size() << " mixEnabled=" << l.mixEnabled
+         << " mixOnBeat=" << l.mixOnBeat << " allScreens=" << l.allScreens << " sync=" << l.syncSystemWallpaper
+         << " mixInterval=" << l.mixInterval << " reactivity=" << l.reactivity << " smoothing=" << l.smoothing
+         << " palette=" << l.palette.value_or(-1) << " quality=" << int(l.quality) << " fps=" << l.fps;
+}
+
+inline Loaded loaded(const AppModel& m) {
+    return {m.currentID(), m.mix(), m.mixEnabled(), m.mixOnBeat(), m.allScreens(), m.syncSystemWallpaper(),
+            m.mixInterval(), m.reactivity(), m.smoothing(), m.paletteOverride(), m.quality(), m.fps()};
+}
 
 // A model on a private settings file with controllable collaborators and counted hooks.
 class ModelTest : public ::testing::Test {

@@ -97,30 +97,6 @@ GeneratedFile generate(std::mt19937& rng) {
     return file;
 }
 
-// Everything the model loaded, to compare two loads.
-struct Loaded {
-    std::string currentID;
-    std::set<std::string> mix;
-    bool mixEnabled, mixOnBeat, allScreens, syncSystemWallpaper;
-    double mixInterval, reactivity, smoothing;
-    std::optional<int> palette;
-    Quality quality;
-    int fps;
-    bool operator==(const Loaded&) const = default;
-};
-
-void PrintTo(const Loaded& l, std::ostream* out) {
-    *out << "current=" << l.currentID << " mix=" << l.mix.size() << " mixEnabled=" << l.mixEnabled
-         << " mixOnBeat=" << l.mixOnBeat << " allScreens=" << l.allScreens << " sync=" << l.syncSystemWallpaper
-         << " mixInterval=" << l.mixInterval << " reactivity=" << l.reactivity << " smoothing=" << l.smoothing
-         << " palette=" << l.palette.value_or(-1) << " quality=" << int(l.quality) << " fps=" << l.fps;
-}
-
-Loaded loaded(const AppModel& m) {
-    return {m.currentID(), m.mix(), m.mixEnabled(), m.mixOnBeat(), m.allScreens(), m.syncSystemWallpaper(),
-            m.mixInterval(), m.reactivity(), m.smoothing(), m.paletteOverride(), m.quality(), m.fps()};
-}
-
 // What the renderers must cope with: every value in range or finite, and frames that stay finite
 // with these settings for loud and for silent sound.
 void expectUsable(const AppModel& model, const std::string& context) {
@@ -180,11 +156,7 @@ TEST_F(SettingsTorture, AThousandDamagedFilesLoadUsableAndKeepTheirKeys) {
     for (int n = 0; n < 1000; ++n) {
         const GeneratedFile generated = generate(rng);
         const QString file = scratch(QStringLiteral("case%1.conf").arg(n));
-        {
-            QFile out(file);
-            ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-            out.write(generated.text.data(), qint64(generated.text.size()));
-        }
+        ASSERT_NO_FATAL_FAILURE(writeFile(file, QByteArray::fromStdString(generated.text)));
         const std::string context = "file " + std::to_string(n);
         auto model = makeModel(file);
         ASSERT_NO_FATAL_FAILURE(expectUsable(*model, context));
@@ -220,9 +192,7 @@ TEST_F(SettingsTorture, AFolderInPlaceOfTheFileOrItsFolderLeavesDefaultsAndOneLi
     EXPECT_EQ(model->currentID(), "halo");
     EXPECT_EQ(logLines.size(), 1u);
 
-    QFile blocker(dir.filePath(QStringLiteral("Quellton")));
-    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
+    writeFile(dir.filePath(QStringLiteral("Quellton")), "");
     logLines.clear();
     auto second = makeModel(dir.filePath(QStringLiteral("Quellton/Quellton.conf")));
     second->setReactivity(2.4);
@@ -243,11 +213,6 @@ TEST_F(SettingsTorture, UnreadableFilesAndReadOnlyFoldersLoseNothing) {
         ASSERT_EQ(std::system(command.c_str()), 0);
         return;
     }
-    const auto write = [](const QString& file, const char* text) {
-        QFile out(file);
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        out.write(text);
-    };
     const auto contents = [](const QString& file) {
         QFile in(file);
         return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
@@ -257,7 +222,7 @@ TEST_F(SettingsTorture, UnreadableFilesAndReadOnlyFoldersLoseNothing) {
     // A file that cannot be read (write-only is the dangerous case: it could be overwritten).
     for (const QFile::Permissions mode : {QFile::Permissions(QFile::WriteOwner), QFile::Permissions()}) {
         const QString file = dir.filePath(QStringLiteral("unreadable.conf"));
-        write(file, saved.constData());
+        writeFile(file, saved);
         QFile::setPermissions(file, mode);
         logLines.clear();
         auto model = makeModel(file);
@@ -276,7 +241,7 @@ TEST_F(SettingsTorture, UnreadableFilesAndReadOnlyFoldersLoseNothing) {
     // A folder that cannot be written, without and with a file in it.
     const QString folder = dir.filePath(QStringLiteral("readonly"));
     ASSERT_TRUE(QDir().mkpath(folder));
-    write(folder + "/present.conf", saved.constData());
+    writeFile(folder + "/present.conf", saved);
     QFile::setPermissions(folder, QFile::ReadOwner | QFile::ExeOwner);
     for (const QString& name : {QStringLiteral("absent.conf"), QStringLiteral("present.conf")}) {
         logLines.clear();

@@ -20,7 +20,7 @@ std::string readFile(const fs::path& path) {
     return text.str();
 }
 
-TEST(XdgAutostart, CreatesAndRemovesTheEntry) {
+TEST(XdgAutostart, CreatesAndRemovesTheEntryAndAHiddenOneCountsAsOff) {
     QTemporaryDir dir;
     const fs::path folder = fs::path(dir.path().toStdString()) / "neu" / "autostart";
     XdgAutostart item(folder, "/opt/quellton/bin/quellton");
@@ -40,31 +40,31 @@ TEST(XdgAutostart, CreatesAndRemovesTheEntry) {
     ASSERT_TRUE(item.unregisterItem());
     EXPECT_FALSE(item.isRegistered());
     EXPECT_TRUE(item.unregisterItem());  // nothing left to remove is no failure
+
+    std::ofstream(item.entryPath()) << "[Desktop Entry]\nType=Application\nExec=quellton\nHidden=true\n";
+    EXPECT_FALSE(item.isRegistered());
 }
 
-TEST(XdgAutostart, QuotesTheProgramPath) {
-    const std::string text = XdgAutostart::entryText("/home/a b/100%/\"q\"$x\\y");
+TEST(XdgAutostart, QuotesTheProgramPathAndPassesTheDesktopEntryValidator) {
+    const std::string odd = "/home/a b/100%/\"q\"$x\\y";
     // Exec quoting escapes " $ \ and doubles %, then the entry escaping doubles each backslash.
+    const std::string text = XdgAutostart::entryText(odd);
     EXPECT_NE(text.find("Exec=\"/home/a b/100%%/\\\\\"q\\\\\"\\\\$x\\\\\\\\y\" --autostart\n"), std::string::npos)
         << text;
-}
-
-TEST(XdgAutostart, EntriesPassTheDesktopEntryValidator) {
     QTemporaryDir dir;
-    for (const char* program : {"/usr/bin/quellton", "/home/a b/100%/\"q\"$x\\y"}) {
+    for (const std::string& program : {std::string("/usr/bin/quellton"), odd}) {
         const std::string file = dir.filePath("io.github.quellton.Quellton.desktop").toStdString();
         std::ofstream(file) << XdgAutostart::entryText(program);
         EXPECT_EQ(std::system(("desktop-file-validate '" + file + "'").c_str()), 0) << program;
     }
 }
 
-TEST(XdgAutostart, AnUpgradedProgramIsEnteredByItsInstalledPath) {
-    // The link to the running executable after the package manager replaced the file.
+// The link to the running executable names the installed path even after the package manager
+// replaced the file.
+TEST(XdgAutostart, TheUsersEntryStartsTheRunningExecutableByItsInstalledPath) {
     EXPECT_EQ(XdgAutostart::programFromLink("/usr/bin/quellton (deleted)"), "/usr/bin/quellton");
     EXPECT_EQ(XdgAutostart::programFromLink("/usr/bin/quellton"), "/usr/bin/quellton");
-}
 
-TEST(XdgAutostart, TheUsersEntryStartsTheRunningExecutableByItsAbsolutePath) {
     QTemporaryDir dir;
     const char* saved = std::getenv("XDG_CONFIG_HOME");
     const std::string previous = saved ? saved : "";
@@ -77,14 +77,6 @@ TEST(XdgAutostart, TheUsersEntryStartsTheRunningExecutableByItsAbsolutePath) {
     const fs::path self = fs::canonical("/proc/self/exe");
     ASSERT_TRUE(self.is_absolute());
     EXPECT_NE(readFile(item.entryPath()).find("\nExec=\"" + self.string() + "\" --autostart\n"), std::string::npos);
-}
-
-TEST(XdgAutostart, HiddenEntryCountsAsOff) {
-    QTemporaryDir dir;
-    const fs::path folder(dir.path().toStdString());
-    XdgAutostart item(folder, "/usr/bin/quellton");
-    std::ofstream(item.entryPath()) << "[Desktop Entry]\nType=Application\nExec=quellton\nHidden=true\n";
-    EXPECT_FALSE(item.isRegistered());
 }
 
 TEST(XdgAutostart, ReportsAFolderItCannotCreate) {

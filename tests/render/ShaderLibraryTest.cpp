@@ -3,8 +3,7 @@
 #include <QColor>
 
 #include <atomic>
-#include <condition_variable>
-#include <mutex>
+#include <chrono>
 #include <thread>
 
 #include <epoxy/gl.h>
@@ -28,10 +27,8 @@ QColor pixel(const QImage& image, int x, int y) { return QColor(image.pixel(x, y
 
 TEST(ShaderSource, AssemblyHasNothingBetweenThePieces) {
     const Visualizer plain = probe("a", "vec3 vis(vec2 p, vec2 uv) { return vec3(1.0); }");
-    const std::string source = ShaderSource::assemble(plain);
-    EXPECT_EQ(source, std::string(ShaderSource::prelude) + plain.code + ShaderSource::fragmentPlain);
+    EXPECT_EQ(ShaderSource::assemble(plain), std::string(ShaderSource::prelude) + plain.code + ShaderSource::fragmentPlain);
     EXPECT_EQ(ShaderSource::prelude.back(), '}');
-    EXPECT_NE(source.find("}vec3 vis("), std::string::npos);
     const Visualizer fb = probe("b", "x", true);
     EXPECT_EQ(ShaderSource::assemble(fb).substr(ShaderSource::prelude.size() + 1), ShaderSource::fragmentFeedback);
 }
@@ -77,22 +74,17 @@ TEST(ShaderLibrary, BackgroundCompilationCallsBackOnceWithEveryIdSettled) {
     for (int i = 0; i < 6; ++i)
         entries.push_back(probe("bg" + std::to_string(i), "vec3 vis(vec2 p, vec2 uv) { return vec3(" + std::to_string(i) + ".0); }"));
     entries[2].code = "not glsl";
+    // Without a Qt application the completion runs on the compiling thread.
     std::atomic<int> calls{0};
     std::atomic<bool> settledAtCompletion{false};
-    std::mutex m;
-    std::condition_variable done;
     library.compileAll(entries, std::string("bg4"), [&] {
         bool all = true;
         const auto failures = library.failures();
         for (const auto& v : entries) all = all && (library.pipeline(v.id).has_value() != (failures.count(v.id) == 1));
         settledAtCompletion = all;
-        std::lock_guard guard(m);
         ++calls;
-        done.notify_all();
     });
-    std::unique_lock lock(m);
-    ASSERT_TRUE(done.wait_for(lock, std::chrono::seconds(60), [&] { return calls > 0; }));
-    lock.unlock();
+    for (int waited = 0; calls == 0 && waited < 6000; ++waited) std::this_thread::sleep_for(std::chrono::milliseconds(10));
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     EXPECT_EQ(calls, 1);
     EXPECT_TRUE(settledAtCompletion);
@@ -143,11 +135,15 @@ TEST_F(OfflineRendering, FractionalSizesTruncateTheImageButNotTheResolutionUnifo
     EXPECT_NEAR(c.green(), 128, 40);
 }
 
-TEST_F(OfflineRendering, UnknownOrFailedPipelinesAndEmptySizesGiveNothing) {
+TEST_F(OfflineRendering, BenchmarkMeasuresGpuTimeAndUnknownPipelinesOrEmptySizesGiveNothing) {
+    const double ms = library.benchmark(probe("updown", ""), {64, 64});
+    EXPECT_GT(ms, 0.0);
+    EXPECT_LT(ms, 1000.0);
+    EXPECT_GT(library.benchmark(probe("accumulate", "", true), {64, 64}), 0.0);
+    EXPECT_EQ(library.benchmark(probe("neverCompiled", ""), {16, 16}), -1);
     EXPECT_FALSE(library.snapshot(probe("neverCompiled", ""), {16, 16}, 1.0));
     EXPECT_FALSE(library.snapshot(probe("updown", ""), {0, 16}, 1.0));
     EXPECT_FALSE(library.snapshot(probe("updown", ""), {100000, 16}, 1.0));
-    EXPECT_EQ(library.benchmark(probe("neverCompiled", ""), {16, 16}), -1);
 }
 
 TEST_F(OfflineRendering, FeedbackStillsCarryTheirHistory) {
@@ -179,13 +175,6 @@ TEST_F(OfflineRendering, StillInputsComeFromTimeAndFrame) {
     EXPECT_NEAR(pixel(*a, 8, 8).red(), 64, 12);
     EXPECT_LT(pixel(*a, 8, 8).green(), 5);
     EXPECT_GT(pixel(*b, 8, 8).green(), 200);
-}
-
-TEST_F(OfflineRendering, BenchmarkMeasuresGpuTime) {
-    const double ms = library.benchmark(probe("updown", ""), {64, 64});
-    EXPECT_GT(ms, 0.0);
-    EXPECT_LT(ms, 1000.0);
-    EXPECT_GT(library.benchmark(probe("accumulate", "", true), {64, 64}), 0.0);
 }
 
 TEST(Blending, PlainPipelinesBlendWithTheirAlphaFeedbackOnesReplace) {
