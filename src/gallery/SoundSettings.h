@@ -9,8 +9,7 @@
 namespace quellton {
 
 // The desktop's sound settings, where the user sees which output is recorded and can turn it up:
-// the place "Datenschutz öffnen" leads to. Linux asks no permission to record the output mix, so
-// this is the nearest thing to a privacy pane for it.
+// the place "Toneinstellungen öffnen" leads to (Linux asks no permission to record the output mix).
 //
 // The program and arguments to start for a desktop list as XDG_CURRENT_DESKTOP gives it
 // (colon-separated, most specific first): the first installed candidate of the first desktop we know,

@@ -19,6 +19,7 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
+#include <regex>
 #include <set>
 #include <sstream>
 #include <thread>
@@ -62,20 +63,9 @@ std::string entryValue(const std::string& entry, const std::string& key) {
 // "a (>= 1), b | c" -> {"a (>= 1)", "b", "c"}: every relation one alternative names.
 std::set<std::string> relations(const std::string& field) {
     std::set<std::string> result;
-    std::string item;
-    auto flush = [&] {
-        const auto begin = item.find_first_not_of(' ');
-        if (begin != std::string::npos) result.insert(trimmed(item.substr(begin)));
-        item.clear();
-    };
-    for (char c : field) {
-        if (c == ',' || c == '|') {
-            flush();
-        } else {
-            item += c;
-        }
-    }
-    flush();
+    std::istringstream items(std::regex_replace(field, std::regex("\\s*[,|\\n]\\s*"), "\n"));
+    for (std::string item; std::getline(items, item);)
+        if (!trimmed(item).empty()) result.insert(trimmed(item));
     return result;
 }
 
@@ -94,30 +84,19 @@ bool eventually(const std::function<bool()>& condition, std::chrono::seconds lim
     return true;
 }
 
-// The package, built and unpacked once for every test of this program.
-struct BuiltPackage {
-    QTemporaryDir dir;
-    std::string deb, root, log;
-
-    BuiltPackage() {
-        const std::string out = dir.path().toStdString();
-        const std::string config = std::string(QUELLTON_BUILD_DIR) + "/CPackConfig.cmake";
+class Package : public ::testing::Test {
+protected:
+    // The package, built and unpacked once for every test of this program.
+    static void SetUpTestSuite() {
+        static QTemporaryDir dir;
+        if (!root.empty()) return;
+        const std::string out = dir.path().toStdString(), config = std::string(QUELLTON_BUILD_DIR) + "/CPackConfig.cmake";
         log = output("cd " + sh(out) + " && cpack -G DEB --config " + sh(config) + " -B " + sh(out + "/deb") + " 2>&1");
         std::error_code ignored;
         for (const auto& file : fs::directory_iterator(out + "/deb", ignored))
             if (file.path().extension() == ".deb") deb = file.path().string();
         root = out + "/root";
         if (!deb.empty()) run("dpkg-deb -x " + sh(deb) + " " + sh(root));
-    }
-};
-
-class Package : public ::testing::Test {
-protected:
-    static void SetUpTestSuite() {
-        static BuiltPackage built;
-        deb = built.deb;
-        root = built.root;
-        log = built.log;
     }
     void SetUp() override { ASSERT_TRUE(fs::exists(program())) << log; }
 
@@ -160,8 +139,6 @@ TEST_F(Package, DescribesItselfAndDependsOnItsLibrariesAndTheRuntimePieces) {
     EXPECT_EQ(field("Package"), "quellton");
     EXPECT_EQ(field("Version"), QUELLTON_VERSION);
     EXPECT_EQ(field("Architecture"), trimmed(output("dpkg --print-architecture")));
-    EXPECT_EQ(field("Section"), "sound");
-    EXPECT_EQ(field("Priority"), "optional");
     const QString maintainer = QString::fromStdString(field("Maintainer"));
     EXPECT_TRUE(QRegularExpression(QStringLiteral("^[^<>]+ <[^@ ]+@[^@ ]+>$")).match(maintainer).hasMatch());
     const std::string description = field("Description");
@@ -182,11 +159,11 @@ TEST_F(Package, DescribesItselfAndDependsOnItsLibrariesAndTheRuntimePieces) {
     const std::string found =
         output("cd " + sh(work.path().toStdString()) + " && dpkg-shlibdeps -O " + sh(program()) + " 2>/dev/null");
     ASSERT_TRUE(found.starts_with("shlibs:Depends=")) << found;
-    const std::set<std::string> linked = relations(trimmed(found.substr(found.find('=') + 1)));
+    const std::string linked = trimmed(found.substr(found.find('=') + 1));
     for (const char* library : {"libqt6core6", "libpulse0", "libepoxy0"})
-        EXPECT_TRUE(packageNames(found.substr(found.find('=') + 1)).contains(library)) << found;
+        EXPECT_TRUE(packageNames(linked).contains(library)) << found;
     const std::set<std::string> declared = relations(depends);
-    for (const std::string& relation : linked)
+    for (const std::string& relation : relations(linked))
         EXPECT_TRUE(declared.contains(relation)) << relation << " in " << depends;
 }
 
@@ -237,13 +214,6 @@ TEST_F(Package, DependsOnEveryQmlModuleTheProgramLoads) {
             pending.push_back(it.next().captured(1));
     }
     EXPECT_TRUE(seen.contains(QStringLiteral("QtQml.WorkerScript"))) << "QtQuick brings QtQml and what it imports";
-}
-
-TEST_F(Package, TheUnpackedProgramRuns) {
-    const std::string quellton = sh(program());
-    EXPECT_EQ(output(quellton + " --selftest; echo status $?"), "Selbsttest bestanden (97 Darstellungen)\nstatus 0\n");
-    EXPECT_EQ(output(quellton + " --version"), "Quellton " QUELLTON_VERSION "\n");
-    EXPECT_TRUE(output(quellton + " --help").starts_with("Aufruf: quellton"));
 }
 
 TEST_F(Package, MenuEntryMetadataAndManualAreValidAndAgree) {

@@ -1,8 +1,6 @@
 // The built program's answers to --help and --version, and its note on an option it leaves aside.
 #include <gtest/gtest.h>
 
-#include <QRegularExpression>
-
 #include <array>
 #include <cstdio>
 #include <memory>
@@ -26,18 +24,11 @@ std::string output(const std::string& command) {
 }  // namespace
 
 TEST(QuelltonOptions, HelpAndVersionAnswerOnStandardOutputAndEnd) {
-    const std::string usage = quellton::CommandLineHelp::usage();
-    EXPECT_EQ(output(program + " --help 2>/dev/null; echo status $?"), usage + "status 0\n");
-    EXPECT_EQ(output(program + " --autostart -h 2>/dev/null; echo status $?"), usage + "status 0\n");
-    const std::string version = output(program + " --version 2>/dev/null; echo status $?");
-    EXPECT_TRUE(QRegularExpression(QStringLiteral("^Quellton \\d+\\.\\d+\\.\\d+\\nstatus 0\\n$"))
-                    .match(QString::fromStdString(version))
-                    .hasMatch())
-        << version;
-    EXPECT_EQ(version, "Quellton " QUELLTON_VERSION "\nstatus 0\n");
-}
-
-TEST(QuelltonOptions, TheWorkingModesComeBeforeHelpAndVersion) {
+    for (const char* help : {" --help", " --autostart -h"})
+        EXPECT_EQ(output(program + help + " 2>/dev/null; echo status $?"),
+                  quellton::CommandLineHelp::usage() + "status 0\n");
+    EXPECT_EQ(output(program + " --version 2>/dev/null; echo status $?"), "Quellton " QUELLTON_VERSION "\nstatus 0\n");
+    // The working modes come first.
     EXPECT_EQ(output(program + " --help --selftest --version; echo status $?"),
               "Selbsttest bestanden (97 Darstellungen)\nstatus 0\n");
 }

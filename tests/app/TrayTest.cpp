@@ -1,3 +1,6 @@
+#include <unistd.h>
+
+#include <QCoreApplication>
 #include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -7,6 +10,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iostream>
 #include <map>
 #include <string>
 
@@ -68,6 +72,18 @@ QStringList checkedReactions(const MenuEntry& menu) {
     return marked;
 }
 
+// What a menu must show after a choice.
+using MenuCondition = std::function<bool(const MenuEntry&)>;
+MenuCondition firstLineIs(const QString& name) {
+    return [=](const MenuEntry& m) { return m.children.front().label() == name; };
+}
+MenuCondition onlyMarked(const QString& reaction) {
+    return [=](const MenuEntry& m) { return checkedReactions(m) == QStringList{reaction}; };
+}
+MenuCondition toggled(const QString& label, bool on) {
+    return [=](const MenuEntry& m) { return m.find(label)->checked() == on; };
+}
+
 bool capturing() { return test::shell("pactl list short source-outputs | grep -q ."); }
 
 bool instanceRunning() {
@@ -116,8 +132,7 @@ protected:
     }
 
     // The menu once it meets the condition; nothing when it never does.
-    std::optional<MenuEntry> menuOnceItShows(const test::TrayItemClient& item,
-                                             const std::function<bool(const MenuEntry&)>& condition) {
+    std::optional<MenuEntry> menuOnceItShows(const test::TrayItemClient& item, const MenuCondition& condition) {
         std::optional<MenuEntry> menu;
         const bool met = waitUntil(
             [&] {
@@ -132,6 +147,12 @@ protected:
         const std::optional<MenuEntry> menu = item.menu();
         const MenuEntry* entry = menu ? menu->find(label) : nullptr;
         return entry && item.click(entry->id);
+    }
+
+    // Chooses a menu entry as a panel does, then waits for the menu to show the outcome.
+    void choose(const test::TrayItemClient& item, const QString& label, const MenuCondition& shows) {
+        ASSERT_TRUE(click(item, label)) << label.toStdString();
+        EXPECT_TRUE(menuOnceItShows(item, shows)) << label.toStdString();
     }
 
     size_t taskbarEntries(pid_t pid) { return windows.inTaskbar(pid, wmClass).size(); }
@@ -171,37 +192,25 @@ TEST_F(Tray, TheMenuListsEverythingInOrderAndFollowsTheModel) {
     EXPECT_EQ(qdbus_cast<QList<QStringList>>(shortcut), (QList<QStringList>{{"Control", "Q"}}));
 
     // The first line follows every change of the current visualization.
-    const auto& all = catalog();
-    const auto nation = std::ranges::find(all, std::string("nation"), &Visualizer::id);
-    const QString second = QString::fromStdString((nation + 1)->name);
-    ASSERT_TRUE(click(*item, QStringLiteral("Nächste Darstellung")));
-    EXPECT_TRUE(menuOnceItShows(*item, [&](const MenuEntry& m) { return m.children.front().label() == second; }));
+    const auto nation = std::ranges::find(catalog(), std::string("nation"), &Visualizer::id);
+    choose(*item, "Nächste Darstellung", firstLineIs(QString::fromStdString((nation + 1)->name)));
     EXPECT_EQ(storedSetting("current"), (nation + 1)->id);
-    ASSERT_TRUE(click(*item, QStringLiteral("Vorherige Darstellung")));
-    EXPECT_TRUE(menuOnceItShows(*item, [&](const MenuEntry& m) { return m.children.front().label() == first; }));
-    ASSERT_TRUE(click(*item, QStringLiteral("Zufällige Darstellung")));
-    const auto random = menuOnceItShows(*item, [&](const MenuEntry& m) { return m.children.front().label() != first; });
-    ASSERT_TRUE(random);
-    EXPECT_NE(Catalog::byID(storedSetting("current")), nullptr);
-    EXPECT_EQ(random->children.front().label(), nameOf(storedSetting("current")));
+    choose(*item, "Vorherige Darstellung", firstLineIs(first));
+    choose(*item, "Zufällige Darstellung", [&](const MenuEntry& m) { return m.children.front().label() != first; });
+    const std::string random = storedSetting("current");
+    ASSERT_NE(Catalog::byID(random), nullptr) << random;
+    EXPECT_TRUE(menuOnceItShows(*item, firstLineIs(nameOf(random))));
 
-    // A reaction option sets its exact strength, and the mark moves with it.
-    ASSERT_TRUE(click(*item, QStringLiteral("Stark")));
-    EXPECT_TRUE(menuOnceItShows(*item, [](const MenuEntry& m) { return checkedReactions(m) == QStringList{"Stark"}; }));
+    // A reaction option sets its exact strength, and the mark moves with it; the toggles switch both ways.
+    choose(*item, "Stark", onlyMarked("Stark"));
     EXPECT_EQ(storedSetting("reactivity"), "1.6");
-    ASSERT_TRUE(click(*item, QStringLiteral("Ruhig")));
-    EXPECT_TRUE(menuOnceItShows(*item, [](const MenuEntry& m) { return checkedReactions(m) == QStringList{"Ruhig"}; }));
+    choose(*item, "Ruhig", onlyMarked("Ruhig"));
     EXPECT_EQ(storedSetting("reactivity"), "0.35");
-
-    // The toggles switch the model's values both ways.
-    ASSERT_TRUE(click(*item, QStringLiteral("Mix abspielen")));
-    EXPECT_TRUE(menuOnceItShows(*item, [](const MenuEntry& m) { return m.find("Mix abspielen")->checked(); }));
+    choose(*item, "Mix abspielen", toggled("Mix abspielen", true));
     EXPECT_EQ(storedSetting("mixEnabled"), "true");
-    ASSERT_TRUE(click(*item, QStringLiteral("Mix abspielen")));
-    EXPECT_TRUE(menuOnceItShows(*item, [](const MenuEntry& m) { return !m.find("Mix abspielen")->checked(); }));
+    choose(*item, "Mix abspielen", toggled("Mix abspielen", false));
     EXPECT_EQ(storedSetting("mixEnabled"), "false");
-    ASSERT_TRUE(click(*item, QStringLiteral("Pausieren")));
-    EXPECT_TRUE(menuOnceItShows(*item, [](const MenuEntry& m) { return m.find("Pausieren")->checked(); }));
+    choose(*item, "Pausieren", toggled("Pausieren", true));
 
     // A login launch opened no window all this time.
     EXPECT_EQ(taskbarEntries(app.pid()), 0u);
@@ -313,3 +322,23 @@ TEST_F(Tray, InAnXEmbedTrayTheIconShowsTheMenuAndOpensTheGallery) {
 
 }  // namespace
 }  // namespace quellton
+
+// One private desktop for every tray test: a sound server, an X server with a session bus and
+// openbox, the window manager whose client list and taskbar hints the tests read.
+int main(int argc, char** argv) {
+    ::testing::InitGoogleTest(&argc, argv);
+    quellton::test::PulseTestServer pulse;  // before the X server: it clears DISPLAY
+    quellton::test::PrivateSession session("1600x1000x24");
+    if (!pulse.ready() || !session.ready()) {
+        std::cerr << "PulseAudio, Xvfb or dbus-daemon did not start" << std::endl;
+        return 1;
+    }
+    const pid_t openbox = quellton::test::spawn({"openbox", "--sm-disable"});
+    // openbox announces itself on the root window once it manages the screen.
+    for (int i = 0; i < 500 && !quellton::test::shell("xprop -root _NET_SUPPORTING_WM_CHECK | grep -q window"); ++i)
+        usleep(20000);
+    QCoreApplication app(argc, argv);
+    const int status = RUN_ALL_TESTS();
+    quellton::test::terminate(openbox);
+    return status;
+}

@@ -20,14 +20,9 @@
 namespace quellton::test {
 namespace {
 
-TEST(AppearanceRules, PortalSchemeSaysDarkLightOrNothing) {
-    EXPECT_EQ(darkFromPortalScheme(1), true);
-    EXPECT_EQ(darkFromPortalScheme(2), false);
-    EXPECT_EQ(darkFromPortalScheme(0), std::nullopt);
+// The portal's known values are followed live below.
+TEST(AppearanceRules, GnomeColorSchemeWinsOverTheThemeNameAndOtherPortalValuesSayNothing) {
     EXPECT_EQ(darkFromPortalScheme(7), std::nullopt);
-}
-
-TEST(AppearanceRules, GnomeColorSchemeWinsOverTheThemeName) {
     EXPECT_EQ(darkFromGnome("prefer-dark", "Adwaita"), true);
     EXPECT_EQ(darkFromGnome("prefer-light", "Adwaita-dark"), false);
     EXPECT_EQ(darkFromGnome("default", "Adwaita-dark"), true);  // older desktops say it with the theme
@@ -37,25 +32,23 @@ TEST(AppearanceRules, GnomeColorSchemeWinsOverTheThemeName) {
     EXPECT_EQ(darkFromGnome("", ""), std::nullopt);
 }
 
-TEST(AppearanceRules, KdeGlobalsJudgeTheWindowColourAndTheAnimationFactor) {
-    const auto breezeDark = hintsFromKdeGlobals(
-        "[General]\nColorScheme=BreezeClassic\n\n[Colors:Window]\nBackgroundNormal=32,35,38\n[KDE]\n"
-        "AnimationDurationFactor=0\n");
-    EXPECT_EQ(breezeDark.dark, true);  // the colours, not the name
-    EXPECT_EQ(breezeDark.reduceMotion, true);
-    const auto light = hintsFromKdeGlobals("[Colors:Window]\nBackgroundNormal = 239,240,241\n[KDE]\nAnimationDurationFactor=0.5\n");
-    EXPECT_EQ(light.dark, false);
-    EXPECT_EQ(light.reduceMotion, false);
-    EXPECT_EQ(hintsFromKdeGlobals("[General]\nColorScheme=BreezeDark\n").dark, true);
-    const auto broken = hintsFromKdeGlobals("[Colors:Window]\nBackgroundNormal=hell\n[KDE\nAnimationDurationFactor=\n");
-    EXPECT_EQ(broken.dark, std::nullopt);
-    EXPECT_EQ(broken.reduceMotion, std::nullopt);
-}
+TEST(AppearanceRules, KdeGlobalsJudgeTheWindowColourAndTheAnimationFactorAndTheFirstAnswerCounts) {
+    using Said = std::pair<std::optional<bool>, std::optional<bool>>;  // dark, reduce motion
+    const auto kde = [](std::string_view text) {
+        const AppearanceHints h = hintsFromKdeGlobals(text);
+        return Said(h.dark, h.reduceMotion);
+    };
+    EXPECT_EQ(kde("[General]\nColorScheme=BreezeClassic\n\n[Colors:Window]\nBackgroundNormal=32,35,38\n[KDE]\n"
+                  "AnimationDurationFactor=0\n"),
+              Said(true, true));  // the colours, not the name
+    EXPECT_EQ(kde("[Colors:Window]\nBackgroundNormal = 239,240,241\n[KDE]\nAnimationDurationFactor=0.5\n"),
+              Said(false, false));
+    EXPECT_EQ(kde("[General]\nColorScheme=BreezeDark\n").first, true);
+    EXPECT_EQ(kde("[Colors:Window]\nBackgroundNormal=hell\n[KDE\nAnimationDurationFactor=\n"), Said());
 
-TEST(AppearanceRules, EachQuestionTakesTheFirstSourceThatAnswersIt) {
-    const auto hints = firstAnswers({{std::nullopt, true}, {false, false}, {true, std::nullopt}});
-    EXPECT_EQ(hints.dark, false);
-    EXPECT_EQ(hints.reduceMotion, true);
+    // Each question takes the first source that answers it.
+    const auto first = firstAnswers({{std::nullopt, true}, {false, false}, {true, std::nullopt}});
+    EXPECT_EQ(Said(first.dark, first.reduceMotion), Said(false, true));
 }
 
 // The desktop portal's Settings interface, as a portal on the session bus offers it, on a connection
@@ -100,21 +93,7 @@ protected:
     static inline std::unique_ptr<PrivateSession> session;
 };
 
-TEST_F(LiveAppearance, GnomeSettingsAreFollowedAsTheyChange) {
-    ASSERT_EQ(gsettings("color-scheme", "default"), 0);
-    ASSERT_EQ(gsettings("enable-animations", "true"), 0);
-    GnomeAppearance* gnome = new GnomeAppearance;
-    DesktopAppearance appearance({gnome});  // a list: this constructor only takes sources
-    EXPECT_FALSE(appearance.dark());
-    ASSERT_EQ(gsettings("color-scheme", "prefer-dark"), 0);
-    EXPECT_TRUE(waitUntil([&] { return appearance.dark(); }));
-    ASSERT_EQ(gsettings("enable-animations", "false"), 0);
-    EXPECT_TRUE(waitUntil([&] { return appearance.reduceMotion(); }));
-    ASSERT_EQ(gsettings("color-scheme", "default"), 0);
-    EXPECT_TRUE(waitUntil([&] { return !appearance.dark(); }));
-    ASSERT_EQ(gsettings("enable-animations", "true"), 0);
-}
-
+// GNOME alone is followed through the gallery window in gallery_ui_test.py.
 TEST_F(LiveAppearance, ARunningPortalOverridesGnomeAndIsFollowed) {
     ASSERT_EQ(gsettings("color-scheme", "default"), 0);
     FakePortal portal;

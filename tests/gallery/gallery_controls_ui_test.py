@@ -8,15 +8,12 @@ With QUELLTON_SHOTS set to a folder, a picture of each popover and of both audio
 import os
 import shutil
 import stat
-import sys
 import time
-import unittest
 
-import settings_file
-from desktop_session import DesktopSession, Rect
+import gallery_window
+from desktop_session import Rect
 from pulse_server import PulseServer
 
-HARNESS = None
 TOOLBAR = [
     ("Reaktion", "Wie stark der Hintergrund auf die Musik reagiert"),
     ("Mix", "Mix: ausgewählte Darstellungen wechseln sich ab"),
@@ -37,22 +34,24 @@ echo "$0 $*" >> "{record}"
 """
 
 
-class Controls(unittest.TestCase):
-    """One gallery for the whole class: the tests run in order, each leaves every popover closed."""
+class Controls(gallery_window.GalleryWindow):
+    """Each test leaves every popover closed."""
+
+    size = (1500, 950)
+    settings = "fps=30\n"
 
     @classmethod
     def setUpClass(cls):
-        # Ended in reverse order, also when starting fails half-way.
+        # Ended after the desktop, also when starting fails half-way.
         cls.pulse = cls.enterClassContext(PulseServer())
-        cls.desktop = cls.enterClassContext(DesktopSession(size=(1500, 950)))
+        cls.shots = os.environ.get("QUELLTON_SHOTS")
+        super().setUpClass()
+
+    @classmethod
+    def prepare(cls):
         cls.desktop.env.update(cls.pulse.env)
-        folder = cls.desktop.folder
-        cls.config = os.path.join(folder, "config", "Quellton", "Quellton.conf")
-        os.makedirs(os.path.dirname(cls.config))
-        with open(cls.config, "w") as config:
-            config.write("[General]\nfps=30\n")
-        cls.mixer_record = os.path.join(folder, "mixer-started")
-        bin_folder = os.path.join(folder, "bin")
+        cls.mixer_record = os.path.join(cls.desktop.folder, "mixer-started")
+        bin_folder = os.path.join(cls.desktop.folder, "bin")
         os.makedirs(bin_folder)
         mixer = os.path.join(bin_folder, "pavucontrol")
         with open(mixer, "w") as script:
@@ -60,13 +59,8 @@ class Controls(unittest.TestCase):
         os.chmod(mixer, os.stat(mixer).st_mode | stat.S_IXUSR)
         cls.desktop.env["PATH"] = bin_folder + os.pathsep + cls.desktop.env["PATH"]
 
-        cls.app = cls.desktop.launch([HARNESS], "Quellton", stdin=True, log=os.path.join(folder, "harness.log"))
-        cls.frame = cls.app.find(role="frame", timeout=60)
-        cls.desktop.wait(lambda: cls.frame.name == "Alle Darstellungen — 97 Darstellungen", 30, "first title")
-        cls.shots = os.environ.get("QUELLTON_SHOTS")
-
     def setUp(self):
-        self.started = time.monotonic()
+        super().setUp()
         # A test that failed half-way may have left its popover open: it would take the next one's clicks.
         for _ in range(3):  # a picker's list, then its popover
             if not self.popovers():
@@ -75,28 +69,17 @@ class Controls(unittest.TestCase):
             time.sleep(0.5)
         self.assertFalse(self.popovers(), "a popover left open")
 
-    def tearDown(self):
-        print(f"  {self.id().rsplit('.', 1)[1]} took {time.monotonic() - self.started:.1f} s", file=sys.stderr)
-
     # -- helpers ------------------------------------------------------------------------------
 
-    @property
-    def content(self):
-        return self.frame.children[0]
-
-    def wait(self, predicate, message, timeout=30):
-        return self.desktop.wait(predicate, timeout, message)
-
-    def child(self, name, role):
-        """A part of the window's content outside the grid (the header, the audio status): a direct child, so
-        the hundreds of cards are not searched."""
-        def look():
-            found = [n for n in self.content.children if n.name == name and n.role == role]
-            return found[0] if found else None
-        return self.wait(look, f"no {role} named {name!r}")
+    def child(self, name, role="label"):
+        """A shown part of the window's content outside the grid, once it is there."""
+        return self.wait(lambda: self.shown(name, role), f"no {role} named {name!r}")[0]
 
     def button(self, name):
         return self.child(name, "push button")
+
+    def find(self, name, role, within):
+        return self.app.find(name, role=role, within=within)
 
     def choice(self, picker, text):
         """An entry of a picker's open list, which pops up over the window like a popover."""
@@ -125,12 +108,25 @@ class Controls(unittest.TestCase):
         self.desktop.click(self.button(name))
         return self.popover(name)
 
-    def close_by_clicking_outside(self):
-        self.desktop.click(self.child("Alle Darstellungen", "label"))
-        self.wait(lambda: not self.popovers(), "an outside click closes the popover")
+    def close_popover(self, key=None):
+        """With a key, or else with a click outside it."""
+        if key:
+            self.desktop.key(key)
+        else:
+            self.desktop.click(self.child("Alle Darstellungen"))
+        self.wait(lambda: not self.popovers(), f"{key or 'an outside click'} closes the popover")
 
-    def find(self, name, role, within):
-        return self.app.find(name, role=role, within=within)
+    def use(self, target, key, value):
+        """A click on a part, or a key press when the target is a key's name; then until the setting is saved."""
+        if isinstance(target, str):
+            self.desktop.key(target)
+        else:
+            self.desktop.click(target)
+        self.wait_stored(key, value)
+
+    def tab_to(self, node, message):
+        self.desktop.key("Tab")
+        self.wait(lambda: "focused" in node.states, message)
 
     @staticmethod
     def checked(node):
@@ -139,23 +135,6 @@ class Controls(unittest.TestCase):
     def checked_segment(self, picker):
         marked = [n.name for n in picker.children if self.checked(n)]
         return marked[0] if len(marked) == 1 else marked
-
-    def stored(self, key):
-        return settings_file.stored(self.config, key)
-
-    def wait_stored(self, key, value):
-        self.wait(lambda: self.stored(key) == value, f"{key}={value} is saved (now {self.stored(key)!r})")
-
-    def wait_stored_near(self, key, value):
-        def near():
-            try:
-                return abs(float(self.stored(key)) - value) < 1e-9
-            except (TypeError, ValueError):
-                return False
-        self.wait(near, f"{key}={value} is saved (now {self.stored(key)!r})")
-
-    def focused(self, node):
-        return "focused" in node.states
 
     def shot(self, name, node, margin=40, region=None):
         if not self.shots:
@@ -168,7 +147,7 @@ class Controls(unittest.TestCase):
         shutil.copy(image.path, os.path.join(self.shots, name + ".png"))
 
     def shot_status(self, name, title):
-        title = self.child(title, "label")
+        title = self.child(title)
         self.shot(name, title, region=Rect(title.rect.x - 50, title.rect.y - 30, 220, 125))
 
     # -- the tests ----------------------------------------------------------------------------
@@ -178,8 +157,7 @@ class Controls(unittest.TestCase):
         places = [b.rect for b in buttons]
         self.assertEqual(places, sorted(places, key=lambda r: r.x), "the order of the toolbar")
         self.assertEqual(len({r.y for r in places}), 1, "one row")
-        for node, (_, tip) in zip(buttons, TOOLBAR):
-            self.assertEqual(node.description, tip)
+        self.assertEqual([b.description for b in buttons], [tip for _, tip in TOOLBAR])
 
         pause = buttons[3]
         icon = Rect(pause.rect.x + 6, pause.rect.y + 4, 24, pause.rect.height - 8)
@@ -210,8 +188,8 @@ class Controls(unittest.TestCase):
 
         # The strength from elsewhere (the tray menu) moves the slider, and the picker follows it.
         for value, preset in (("1.5", "Stark"), ("0.6", "Ruhig"), ("2.2", "Extrem")):
-            self.app.send(f"set reactivity {value}")
-            self.wait(lambda: self.checked_segment(quick) == preset, f"{value} marks {preset}")
+            self.send(f"set reactivity {value}", lambda: self.checked_segment(quick) == preset,
+                      f"{value} marks {preset}")
             self.wait(lambda: abs(strength.value - float(value)) < 1e-6, f"the slider glides to {value}")
 
         # Moved with the pointer: a press on the track puts the handle there.
@@ -220,60 +198,52 @@ class Controls(unittest.TestCase):
             self.desktop.click((track.x + 10 + round((track.width - 20) * value / 2.5), track.y + track.height // 2))
             self.wait(lambda: abs(strength.value - value) < 0.05, f"the slider at {value} (is {strength.value})")
             self.wait(lambda: self.checked_segment(quick) == preset, f"{value} marks {preset}")
-            self.wait_stored_near("reactivity", strength.value)
+            self.wait_stored("reactivity", strength.value)
 
         # A preset sets its exact strength, and the slider glides there.
-        self.desktop.click(self.find("Extrem", "radio button", quick))
-        self.wait_stored("reactivity", "2.4")
-        self.desktop.click(self.find("Ruhig", "radio button", quick))
-        self.wait_stored("reactivity", "0.35")
+        ruhig = self.find("Ruhig", "radio button", quick)
+        self.use(self.find("Extrem", "radio button", quick), "reactivity", "2.4")
+        self.use(ruhig, "reactivity", "0.35")
         self.wait(lambda: strength.value == 0.35, "the slider at exactly 0.35")
         self.assertEqual(self.checked_segment(quick), "Ruhig")
 
         # By keyboard: the marked segment has the focus, the arrows choose, Tab reaches the sliders.
-        ruhig = self.find("Ruhig", "radio button", quick)
-        self.desktop.key("Right")
-        self.wait_stored("reactivity", "1")
+        self.use("Right", "reactivity", "1")
         self.assertEqual(self.checked_segment(quick), "Normal")
-        self.assertFalse(self.focused(ruhig))
+        self.assertNotIn("focused", ruhig.states)
         self.wait(lambda: strength.value == 1, "the slider glides to Normal")  # an arrow steps from where it is
-        self.desktop.key("Tab")
-        self.wait(lambda: self.focused(strength), "Tab reaches the strength slider")
+        self.tab_to(strength, "Tab reaches the strength slider")
         self.desktop.key("Right")
         self.wait(lambda: abs(strength.value - 1.1) < 1e-6, "the arrow moves the slider")
-        self.wait_stored_near("reactivity", 1.1)
-        self.desktop.key("Tab")
-        self.wait(lambda: self.focused(motion), "and the motion slider")
-        self.desktop.key("Left")
-        self.wait_stored_near("smoothing", 0.05)
-        self.desktop.key("Tab")
-        self.wait(lambda: self.focused(self.find("Normal", "radio button", quick)), "Tab stays inside the popover")
+        self.wait_stored("reactivity", 1.1)
+        self.tab_to(motion, "and the motion slider")
+        self.use("Left", "smoothing", 0.05)
+        self.tab_to(self.find("Normal", "radio button", quick), "Tab stays inside the popover")
 
         # Escape closes it and gives the keyboard back to its button; Space opens it again.
-        self.desktop.key("Escape")
-        self.wait(lambda: not self.popovers(), "Escape closes")
-        self.wait(lambda: self.focused(self.button("Reaktion")), "the button has the focus again")
+        self.close_popover("Escape")
+        self.wait(lambda: "focused" in self.button("Reaktion").states, "the button has the focus again")
         self.desktop.key("space")
         self.popover("Reaktion")
-        self.desktop.key("Escape")
-        self.wait(lambda: not self.popovers(), "closed again")
+        self.close_popover("Escape")
         self.app.send("set reactivity 1")
 
-    def bar_heights(self, popover):
-        bars = [self.find(name, "progress bar", popover) for name in BARS]
-        return lambda: [bar.rect.height for bar in bars]
-
     def status(self):
-        """The audio status's title, text and whether its link is there."""
+        """The audio status's title and whether its link is there."""
         labels = [n.name for n in self.content.children if n.role == "label" and n.showing]
         title = [t for t in labels if t in ("Hört mit", "Keine Musik")]
-        link = [n for n in self.content.children if n.name == "Datenschutz öffnen" and n.showing]
+        link = [n for n in self.content.children if n.name == "Toneinstellungen öffnen" and n.showing]
         return title, bool(link)
 
     def test_3_level_meter_and_audio_status_follow_the_sound(self):
         self.assertEqual(self.status(), (["Keine Musik"], True))
+        self.assertIn("Spiel etwas ab. Bleibt es still, prüfe die Ausgabe in den Toneinstellungen.",
+                      [n.name for n in self.content.children])
         popover = self.open_with_pointer("Reaktion")
-        heights = self.bar_heights(popover)
+        bars = [self.find(name, "progress bar", popover) for name in BARS]
+
+        def heights():
+            return [bar.rect.height for bar in bars]
         # No capture yet: the silent frame, every bar at its least.
         self.wait(lambda: heights() == [4, 4, 4, 4], f"all bars at 4 in silence (are {heights()})")
 
@@ -289,8 +259,8 @@ class Controls(unittest.TestCase):
         self.shot_status("status-hearing", "Hört mit")
 
         # Shaped with the strength: at 0 every band sits at a quarter whatever plays, and no beat shows.
-        self.app.send("set reactivity 0")
-        self.wait(lambda: heights()[3] == 4 and len(set(heights()[:3])) == 1, f"flat bars at 0 (are {heights()})")
+        self.send("set reactivity 0", lambda: heights()[3] == 4 and len(set(heights()[:3])) == 1,
+                  f"flat bars at 0 (are {heights()})")
         self.assertTrue(8 <= heights()[0] <= 16, heights())
         self.app.send("set reactivity 1")
 
@@ -298,9 +268,8 @@ class Controls(unittest.TestCase):
         self.wait(lambda: self.status() == (["Keine Musik"], True), "the status notices the silence", timeout=45)
         self.find(SILENT_HINT, "label", popover)
         self.wait(lambda: heights()[3] == 4, "no beat in silence")
-        self.app.send("capture stop")
-        self.wait(lambda: heights() == [4, 4, 4, 4], f"back at 4 (are {heights()})")
-        self.close_by_clicking_outside()
+        self.send("capture stop", lambda: heights() == [4, 4, 4, 4], f"back at 4 (are {heights()})")
+        self.close_popover()
         self.assertEqual(self.status(), (["Keine Musik"], True))
 
     def test_4_mix_popover(self):
@@ -313,34 +282,27 @@ class Controls(unittest.TestCase):
         self.assertEqual((self.checked(enabled), self.checked(on_beat)), (False, True))
         self.assertEqual(interval.description, "1 Minute")
 
-        self.desktop.click(enabled)
-        self.wait_stored("mixEnabled", "true")
-        self.app.send("set mixEnabled false")  # the tray menu
-        self.wait(lambda: not self.checked(enabled), "unchecked from outside")
-        self.app.send("set mixEnabled true")
-        self.wait(lambda: self.checked(enabled), "checked from outside")
+        self.use(enabled, "mixEnabled", "true")
+        self.send("set mixEnabled false", lambda: not self.checked(enabled), "unchecked from the tray menu")
+        self.send("set mixEnabled true", lambda: self.checked(enabled), "checked from outside")
 
         self.desktop.click(interval)
         five = self.choice("Wechseln alle", "5 Minuten")
         self.assertIn("selected", self.choice("Wechseln alle", "1 Minute").states)
-        self.desktop.click(five)
-        self.wait_stored("mixInterval", "300")
+        self.use(five, "mixInterval", "300")
         self.wait(lambda: interval.description == "5 Minuten", "the picker shows the choice")
-        self.app.send("set mixInterval 15")
-        self.wait(lambda: interval.description == "15 Sekunden", "and a value set elsewhere")
+        self.send("set mixInterval 15", lambda: interval.description == "15 Sekunden", "and a value set elsewhere")
         self.app.send("set mixInterval 60")
         self.assertEqual(len(self.popovers()), 1, "choosing from the list leaves the popover open")
 
         # Joining from elsewhere (a card's plus, the menu) counts at once.
-        self.app.send("toggleMix sonar")
-        self.wait(lambda: count.name == "Ausgewählt: 13 von 97", f"13 (is {count.name!r})")
+        self.send("toggleMix sonar", lambda: count.name == "Ausgewählt: 13 von 97", f"13 (is {count.name!r})")
         self.desktop.click(self.find("Keine", "push button", popover))
         self.wait(lambda: count.name == "Ausgewählt: 0 von 97", "none")
         self.wait(lambda: self.stored("mix") in ("", "@Invalid()"), f"the empty Mix is saved ({self.stored('mix')!r})")
         # An empty Mix is no Mix: "Nächste" steps through the whole catalog.
         self.app.send("set currentID nation")
-        self.desktop.click(self.find("Nächste", "push button", popover))
-        self.wait_stored("current", "halo")
+        self.use(self.find("Nächste", "push button", popover), "current", "halo")
         self.desktop.click(self.find("Alle", "push button", popover))
         self.wait(lambda: count.name == "Ausgewählt: 97 von 97", "all")
         self.wait(lambda: len((self.stored("mix") or "").split(",")) == 97, "all saved")
@@ -348,18 +310,13 @@ class Controls(unittest.TestCase):
         self.wait(lambda: self.stored("current") not in ("halo", None), "another of the Mix")
 
         # By keyboard: the first toggle has the focus; Tab goes on to the picker and the second toggle.
-        self.desktop.key("Tab")  # from "Nächste", the last control, round to the first
-        self.wait(lambda: self.focused(enabled), "back at the first toggle")
-        self.desktop.key("space")
-        self.wait_stored("mixEnabled", "false")
-        self.desktop.key("Tab")
-        self.wait(lambda: self.focused(interval), "Tab reaches the picker")
-        self.desktop.key("Tab")
-        self.wait(lambda: self.focused(on_beat), "and the second toggle")
-        self.desktop.key("space")
-        self.wait_stored("mixOnBeat", "false")
+        self.tab_to(enabled, "from Nächste, the last control, back round to the first toggle")
+        self.use("space", "mixEnabled", "false")
+        self.tab_to(interval, "Tab reaches the picker")
+        self.tab_to(on_beat, "and the second toggle")
+        self.use("space", "mixOnBeat", "false")
         self.assertFalse(self.checked(on_beat))
-        self.close_by_clicking_outside()
+        self.close_popover()
 
     def test_5_palette_popover(self):
         popover = self.open_with_pointer("Farben")
@@ -373,34 +330,24 @@ class Controls(unittest.TestCase):
         def selected():
             return [s.name for s in swatches if "selected" in s.states]
         self.assertEqual(selected(), ["Original"])
-        glut = self.find("Glut", "push button", grid)
-        self.desktop.click(glut)
+        self.desktop.click(self.find("Glut", "push button", grid))
         self.wait(lambda: selected() == ["Glut"], "Glut selected, Original not")
         self.wait_stored("palette", str([s.name for s in swatches].index("Glut") - 1))
-        self.app.send("set paletteOverride -1")
-        self.wait(lambda: selected() == ["Original"], "Original again when the override is cleared elsewhere")
-        self.app.send("set paletteOverride 13")
-        self.wait(lambda: selected() == [swatches[14].name], "the last palette from elsewhere")
+        self.send("set paletteOverride -1", lambda: selected() == ["Original"], "Original when cleared elsewhere")
+        self.send("set paletteOverride 13", lambda: selected() == [swatches[14].name], "the last palette set elsewhere")
 
         # By keyboard: Tab from swatch to swatch, Space chooses.
-        original = swatches[0]
-        self.desktop.click(original)
-        self.wait_stored("palette", "-1")
-        self.desktop.key("Tab")
-        self.wait(lambda: self.focused(swatches[1]), "Tab to the next swatch")
-        self.desktop.key("space")
+        self.use(swatches[0], "palette", "-1")
+        self.tab_to(swatches[1], "Tab to the next swatch")
+        self.use("space", "palette", "0")
         self.wait(lambda: selected() == ["Neonnacht"], "Space chooses it")
-        self.wait_stored("palette", "0")
-        self.desktop.key("Escape")
-        self.wait(lambda: not self.popovers(), "Escape closes")
+        self.close_popover("Escape")
         self.app.send("set paletteOverride -1")
 
     def test_6_settings_popover(self):
         # Opened by keyboard: the button from the previous popover keeps the focus after Escape.
-        self.desktop.click(self.button("Einstellungen"))
-        popover = self.popover("Einstellungen")
-        self.desktop.key("Escape")
-        self.wait(lambda: not self.popovers(), "closed")
+        self.open_with_pointer("Einstellungen")
+        self.close_popover("Escape")
         self.desktop.key("Return")
         popover = self.popover("Einstellungen")
         self.shot("settings", popover)
@@ -411,20 +358,16 @@ class Controls(unittest.TestCase):
         self.assertEqual(rate.description, "30 fps")
         self.find(FOOTER, "label", popover)
 
-        self.desktop.click(self.find("Maximal", "radio button", quality))
-        self.wait_stored("quality", "Maximal")
-        self.app.send("set quality Sparsam")
-        self.wait(lambda: self.checked_segment(quality) == "Sparsam", "Sparsam from elsewhere")
-        self.desktop.key("Left")  # the clicked segment kept the keyboard
-        self.wait_stored("quality", "Ausgewogen")
+        self.use(self.find("Maximal", "radio button", quality), "quality", "Maximal")
+        self.send("set quality Sparsam", lambda: self.checked_segment(quality) == "Sparsam", "Sparsam from elsewhere")
+        self.use("Left", "quality", "Ausgewogen")  # the clicked segment kept the keyboard
         self.assertEqual(self.checked_segment(quality), "Ausgewogen")
 
         self.desktop.click(rate)
-        self.desktop.click(self.choice("Bildrate", "120 fps"))
-        self.wait_stored("fps", "120")
+        self.use(self.choice("Bildrate", "120 fps"), "fps", "120")
         self.wait(lambda: rate.description == "120 fps", "the rate shows")
-        self.app.send("set fps 144")  # an older or hand-edited value still shows
-        self.wait(lambda: rate.description == "144 fps", "an unlisted rate")
+        # An older or hand-edited value still shows.
+        self.send("set fps 144", lambda: rate.description == "144 fps", "an unlisted rate")
         self.app.send("set fps 30")
 
         screens = self.find("Auf allen Bildschirmen", "check box", popover)
@@ -432,8 +375,7 @@ class Controls(unittest.TestCase):
         login = self.find("Bei der Anmeldung starten", "check box", popover)
         self.assertEqual([self.checked(t) for t in (screens, sync, login)], [True, True, False])
         self.assertEqual(sync.description, SYNC_TIP)
-        self.desktop.click(screens)
-        self.wait_stored("allScreens", "false")
+        self.use(screens, "allScreens", "false")
         autostart = os.path.join(self.desktop.folder, "config", "autostart", "io.github.quellton.Quellton.desktop")
         self.desktop.click(login)
         self.wait(lambda: os.path.exists(autostart), "the login item is written")
@@ -447,10 +389,10 @@ class Controls(unittest.TestCase):
         if self.shots:
             time.sleep(1.5)
             self.shot("settings-tip", popover, margin=80)
-        self.close_by_clicking_outside()
+        self.close_popover()
 
     def test_7_datenschutz_opens_the_sound_settings(self):
-        link = self.button("Datenschutz öffnen")
+        link = self.button("Toneinstellungen öffnen")
         self.shot_status("status-silent", "Keine Musik")
         self.assertFalse(os.path.exists(self.mixer_record))
         self.desktop.click(link)
@@ -462,5 +404,4 @@ class Controls(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    HARNESS = sys.argv.pop(1)
-    unittest.main(verbosity=2)
+    gallery_window.main()

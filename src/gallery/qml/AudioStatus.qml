@@ -38,7 +38,7 @@ Rectangle {
             TextLabel {
                 width: parent.width
                 text: panel.hearing ? "Der Systemton steuert den Hintergrund."
-                                    : "Spiel etwas ab. Bleibt es still, „Systemton aufnehmen“ erlauben."
+                                    : "Spiel etwas ab. Bleibt es still, prüfe die Ausgabe in den Toneinstellungen."
                 color: Theme.secondaryText
                 font.pixelSize: Theme.captionSize
                 wrapMode: Text.WordWrap
@@ -47,7 +47,7 @@ Rectangle {
                 id: link
                 readonly property bool wanted: !panel.hearing && Gallery.controls.canOpenSoundSettings
                 topPadding: 2
-                text: "Datenschutz öffnen"
+                text: "Toneinstellungen öffnen"
                 visible: opacity > 0
                 enabled: wanted
                 opacity: wanted ? 1 : 0
