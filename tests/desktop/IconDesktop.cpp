@@ -12,8 +12,6 @@
 #include <cstdlib>
 #include <thread>
 
-#include "Ewmh.h"
-
 extern char** environ;
 
 namespace quellton::test {
@@ -42,26 +40,19 @@ Program& Program::operator=(Program&& other) noexcept {
     return *this;
 }
 
-bool Program::running() {
-    if (pid_ <= 0) return false;
-    if (waitpid(pid_, nullptr, WNOHANG) == 0) return true;
-    pid_ = -1;
-    return false;
-}
-
-bool Program::stop(int milliseconds) {
-    if (pid_ <= 0) return false;
+std::optional<int> Program::stop(int milliseconds) {
+    if (pid_ <= 0) return std::nullopt;
     ::kill(pid_, SIGTERM);
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
-    while (std::chrono::steady_clock::now() < deadline) {
-        if (waitpid(pid_, nullptr, WNOHANG) == pid_) {
+    for (int status = 0; std::chrono::steady_clock::now() < deadline;) {
+        if (waitpid(pid_, &status, WNOHANG) == pid_) {
             pid_ = -1;
-            return true;
+            return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
         }
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
     kill();
-    return false;
+    return std::nullopt;
 }
 
 void Program::kill() {
@@ -71,57 +62,13 @@ void Program::kill() {
     pid_ = -1;
 }
 
-Screen::Screen() {
-    int screen = 0;
-    connection_ = x11::openConnection(&screen);
-    if (connection_) root_ = x11::rootWindow(connection_.get(), screen);
-}
-
-QImage Screen::shot() const {
-    xcb_connection_t* c = connection_.get();
-    const x11::Reply<xcb_get_geometry_reply_t> geometry(xcb_get_geometry_reply(c, xcb_get_geometry(c, root_), nullptr));
-    if (!geometry) return {};
-    const x11::Reply<xcb_get_image_reply_t> image(xcb_get_image_reply(
-        c, xcb_get_image(c, XCB_IMAGE_FORMAT_Z_PIXMAP, root_, 0, 0, geometry->width, geometry->height, ~0u), nullptr));
-    if (!image) return {};
-    QImage shot(xcb_get_image_data(image.get()), geometry->width, geometry->height, QImage::Format_RGB32);
-    return shot.copy();  // the reply's memory goes with it
-}
-
-std::vector<xcb_window_t> Screen::clients() const {
-    const x11::Atoms atoms(connection_.get());
-    return x11::readWindows(connection_.get(), root_, atoms[x11::Atom::_NET_CLIENT_LIST]);
-}
-
-xcb_window_t Screen::active() const {
-    const x11::Atoms atoms(connection_.get());
-    const std::vector<xcb_window_t> active = x11::readWindows(connection_.get(), root_, atoms[x11::Atom::_NET_ACTIVE_WINDOW]);
-    return active.empty() ? xcb_window_t{XCB_WINDOW_NONE} : active.front();
-}
-
-std::string Screen::name(xcb_window_t window) const {
-    xcb_connection_t* c = connection_.get();
-    const x11::Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-        c, xcb_get_property(c, 0, window, XCB_ATOM_WM_NAME, XCB_GET_PROPERTY_TYPE_ANY, 0, 256), nullptr));
-    if (!reply) return {};
-    return std::string(static_cast<const char*>(xcb_get_property_value(reply.get())),
-                       std::size_t(xcb_get_property_value_length(reply.get())));
-}
-
-xcb_window_t Screen::byClass(const std::string& className) const {
-    xcb_connection_t* c = connection_.get();
-    std::vector<xcb_window_t> candidates = clients();
-    const x11::Reply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(c, xcb_query_tree(c, root_), nullptr));
-    if (tree) {
-        const xcb_window_t* children = xcb_query_tree_children(tree.get());
-        candidates.insert(candidates.end(), children, children + xcb_query_tree_children_length(tree.get()));
+bool eventually(const std::function<bool()>& condition, int milliseconds) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > deadline) return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
     }
-    for (xcb_window_t w : candidates) {
-        const x11::Reply<xcb_get_window_attributes_reply_t> a(
-            xcb_get_window_attributes_reply(c, xcb_get_window_attributes(c, w), nullptr));
-        if (a && a->map_state == XCB_MAP_STATE_VIEWABLE && x11::readWmClass(c, w).className == className) return w;
-    }
-    return XCB_WINDOW_NONE;
+    return true;
 }
 
 double differing(const QImage& a, const QImage& b, const QRect& area, int tolerance) {

@@ -1,18 +1,16 @@
 #pragma once
 
 #include <sys/types.h>
-#include <xcb/xcb.h>
 
 #include <QImage>
 #include <QRect>
 
-#include <memory>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "PrivateSession.h"
-#include "XcbHandles.h"
 
 namespace quellton::test {
 
@@ -25,9 +23,8 @@ public:
     Program(Program&& other) noexcept;
     Program& operator=(Program&& other) noexcept;
 
-    bool running();
-    // SIGTERM, then waits (SIGKILL after the time is up); true when it ended by itself in time.
-    bool stop(int milliseconds = 15000);
+    // SIGTERM, then waits (SIGKILL after the time is up); its exit status when it ended by itself in time.
+    std::optional<int> stop(int milliseconds = 15000);
     // SIGKILL, as a crash or the system would end it.
     void kill();
 
@@ -35,21 +32,8 @@ private:
     pid_t pid_ = -1;
 };
 
-// The display as a person sees it: screenshots and the window manager's lists.
-class Screen {
-public:
-    Screen();
-    QImage shot() const;
-    std::vector<xcb_window_t> clients() const;
-    xcb_window_t active() const;
-    std::string name(xcb_window_t window) const;
-    // The first client or root child whose class hint has this class name.
-    xcb_window_t byClass(const std::string& className) const;
-
-private:
-    x11::Connection connection_;
-    xcb_window_t root_ = XCB_WINDOW_NONE;
-};
+// Polls the condition until it holds or the time is up, without an event loop; its last value.
+bool eventually(const std::function<bool()>& condition, int milliseconds = 20000);
 
 // Share of pixels in `area` where two pictures differ by more than `tolerance` in some channel.
 double differing(const QImage& a, const QImage& b, const QRect& area, int tolerance = 12);

@@ -42,10 +42,6 @@ TEST(IconLayerRules, SeeThroughLayersGoAboveOpaqueOnesAreKeyedOrBlock) {
     // An opaque layer nobody can key blocks, whatever is claimed about its key.
     EXPECT_EQ(route(IconManager::unknown, false, true, true), IconLayerRoute::blocked);
     EXPECT_EQ(route(IconManager::nemo, false, true, true), IconLayerRoute::blocked);
-    EXPECT_TRUE(showsIconLayer(IconLayerRoute::keyed));
-    EXPECT_TRUE(showsIconLayer(IconLayerRoute::ownAlpha));
-    EXPECT_FALSE(showsIconLayer(IconLayerRoute::below));
-    EXPECT_FALSE(showsIconLayer(IconLayerRoute::blocked));
 }
 
 TEST(IconLayerRules, DirectlyMeansNeighboursAmongTheVisibleWindows) {

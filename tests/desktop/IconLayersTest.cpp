@@ -34,22 +34,16 @@ struct KeyEverything : IconManagerSettings {
 // Counts the warnings that name a text.
 struct WarningCounter {
     explicit WarningCounter(QString text) {
-        needle() = std::move(text);
-        count() = 0;
-        previous_ = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& message) {
-            if (message.contains(needle())) ++count();
+        needle = std::move(text);
+        count = 0;
+        previous = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString& message) {
+            if (message.contains(needle)) ++count;
         });
     }
-    ~WarningCounter() { qInstallMessageHandler(previous_); }
-    static QString& needle() {
-        static QString n;
-        return n;
-    }
-    static int& count() {
-        static int c = 0;
-        return c;
-    }
-    QtMessageHandler previous_;
+    ~WarningCounter() { qInstallMessageHandler(previous); }
+    static inline QString needle;
+    static inline int count = 0;
+    QtMessageHandler previous;
 };
 
 class IconLayersTest : public ::testing::Test {
@@ -120,7 +114,7 @@ TEST_F(IconLayersTest, ALayerThatAlwaysRaisesItselfGetsItsBackdropBackAndBlocksT
         return layers.blocks(screen);
     }));
     EXPECT_EQ(settings.restored, std::vector<IconManager>{IconManager::xfdesktop});
-    EXPECT_EQ(WarningCounter::count(), 1);
+    EXPECT_EQ(WarningCounter::count, 1);
     ASSERT_TRUE(waitUntil([&] { return layers.route(ours) == IconLayerRoute::blocked && directly(false, desktop); }));
     EXPECT_EQ(overlay->size(), QSize(0, 0));
     // Its backdrop stays the user's while it runs.
@@ -160,7 +154,7 @@ TEST_F(IconLayersTest, AnUnknownOpaqueLayerBlocksThePictureAndSaysSoOnce) {
     EXPECT_EQ(layers.route(ours), IconLayerRoute::blocked);
     client.stack(spacefm, XCB_STACK_MODE_BELOW);
     ASSERT_TRUE(waitUntil([&] { return directly(false, spacefm); }, 3000));
-    EXPECT_EQ(WarningCounter::count(), 1);
+    EXPECT_EQ(WarningCounter::count, 1);
     EXPECT_TRUE(settings.keyed.empty());
     client.destroy(spacefm);
     ASSERT_TRUE(waitUntil([&] { return !layers.blocks(screen); }));

@@ -12,6 +12,7 @@
 
 #include "IconDesktop.h"
 #include "PrivateSession.h"
+#include "X11TestClient.h"
 #include "XfconfClient.h"
 
 // The built program behind the real icon managers of XFCE, MATE, LXQt and Cinnamon, each with
@@ -19,21 +20,8 @@
 namespace quellton {
 namespace {
 
+using test::eventually;
 using test::Program;
-
-bool eventually(const std::function<bool()>& condition, int milliseconds = 20000) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
-    while (!condition()) {
-        if (std::chrono::steady_clock::now() > deadline) return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(100));
-    }
-    return true;
-}
-
-std::string readFile(const std::string& path) {
-    std::ifstream in(path);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
 
 // A group of an INI file (GSettings key files, pcmanfm-qt's settings) as a map.
 QVariantMap iniGroup(const QString& file, const QString& group) {
@@ -131,7 +119,7 @@ protected:
         QDir().mkpath(QString::fromStdString(configHome() + "/Quellton"));
         std::ofstream(configHome() + "/Quellton/Quellton.conf") << "[General]\ncurrent=nation\n";
         desktop.prepare(home_);
-        screen_ = std::make_unique<test::Screen>();
+        screen_ = std::make_unique<test::X11Client>();
         for (const auto& helper : desktop.helpers) {
             helpers_.emplace_back(helper, log_);
             std::this_thread::sleep_for(std::chrono::milliseconds(600));
@@ -141,7 +129,7 @@ protected:
     void startIconManager() {
         iconManager_ = Program(desktop_->iconManager, log_);
         ASSERT_TRUE(eventually([&] { return screen_->byClass(desktop_->iconClass) != XCB_WINDOW_NONE; }))
-            << readFile(log_);
+            << log();
         // Over our moving picture the screen never stands still: the caller looks later.
         if (ours() != XCB_WINDOW_NONE) return;
         // Drawn, with its icons, which come a while after the backdrop.
@@ -165,10 +153,11 @@ protected:
     void startWallpaper() {
         // As at login: the picture alone, no gallery window over it.
         wallpaper_ = Program({QUELLTON_BINARY, "--autostart"}, log_);
-        ASSERT_TRUE(eventually([&] { return ours() != XCB_WINDOW_NONE; })) << readFile(log_);
+        ASSERT_TRUE(eventually([&] { return ours() != XCB_WINDOW_NONE; })) << log();
     }
 
     xcb_window_t ours() const { return screen_->byClass("Quellton"); }
+    std::string log() const { return test::output("cat " + log_); }
 
     struct Shots {
         QImage first, second;  // the second once the picture moved on, or after a few seconds
@@ -209,7 +198,7 @@ protected:
         });
         test::keepShot(last.second, desktop_->name + "-" + shot);
         if (ok) return ::testing::AssertionSuccess();
-        return judge(last, desktop) << "\n" << readFile(log_);
+        return judge(last, desktop) << "\n" << log();
     }
 
     ::testing::AssertionResult neverActive() {
@@ -246,7 +235,7 @@ protected:
         };
         EXPECT_FALSE(opened());
         click(folder, 2);
-        ASSERT_TRUE(eventually(opened, 15000)) << readFile(log_);
+        ASSERT_TRUE(eventually(opened, 15000)) << log();
         EXPECT_TRUE(neverActive());
         // A loaded file manager may miss a close request while it still builds the folder's view.
         EXPECT_TRUE(eventually([&] {
@@ -278,7 +267,7 @@ protected:
 
     const Desktop* desktop_ = nullptr;
     std::unique_ptr<test::PrivateSession> session_;
-    std::unique_ptr<test::Screen> screen_;
+    std::unique_ptr<test::X11Client> screen_;
     std::string home_, log_;
     std::vector<Program> helpers_;
     Program iconManager_, wallpaper_;
@@ -301,7 +290,7 @@ void IconManagers::iconManagerFirst(const Desktop& desktop, bool crash) {
     clickTheDesktop();
     EXPECT_TRUE(showsPictureAndIcons(before, "after-clicks"));
 
-    EXPECT_TRUE(wallpaper_.stop());
+    EXPECT_TRUE(wallpaper_.stop().has_value()) << "it ended in time";
     EXPECT_EQ(desktop.backdrop(), backdrop);
     if (!crash) return;
     // Killed outright, it cannot clean up; the next start gives everything back first.
@@ -311,7 +300,7 @@ void IconManagers::iconManagerFirst(const Desktop& desktop, bool crash) {
     EXPECT_NE(desktop.backdrop(), backdrop);
     startWallpaper();
     ASSERT_TRUE(showsPictureAndIcons(before, "after-crash"));
-    EXPECT_TRUE(wallpaper_.stop());
+    EXPECT_TRUE(wallpaper_.stop().has_value()) << "it ended in time";
     EXPECT_EQ(desktop.backdrop(), backdrop);
 }
 
@@ -329,12 +318,12 @@ void IconManagers::wallpaperFirst(const Desktop& desktop) {
         EXPECT_TRUE(neverActive());
     }
     test::keepShot(running.second, desktop.name + "-started-after");
-    EXPECT_TRUE(wallpaper_.stop());
+    EXPECT_TRUE(wallpaper_.stop().has_value()) << "it ended in time";
     // What the icon manager shows without us, once the program is gone, is what we showed the icons of.
     waitStill();
     const QImage without = screen_->shot();
     test::keepShot(without, desktop.name + "-after-quit");
-    EXPECT_TRUE(judge(running, without)) << readFile(log_);
+    EXPECT_TRUE(judge(running, without)) << log();
     if (desktop.backdropBeforeStart) {
         EXPECT_EQ(desktop.backdrop(), untouched);
     }
@@ -355,7 +344,7 @@ TEST_F(IconManagers, XfdesktopKeepsABackdropTheUserChoosesWhileThePictureRuns) {
     ASSERT_TRUE(desktop.set(place + QStringLiteral("image-style"), 1));
     EXPECT_TRUE(eventually([&] { return desktop.get(place + QStringLiteral("image-style")) == QVariant(0); }, 10000));
     EXPECT_TRUE(showsPictureAndIcons(before, "after-choice"));
-    EXPECT_TRUE(wallpaper_.stop());
+    EXPECT_TRUE(wallpaper_.stop().has_value()) << "it ended in time";
     EXPECT_EQ(desktop.get(place + QStringLiteral("image-style")), QVariant(1));
     EXPECT_EQ(desktop.get(place + QStringLiteral("last-image")), QVariant(QStringLiteral("/usr/share/pixmaps/debian-logo.png")));
 }

@@ -1,23 +1,20 @@
 // The built program with the desktop-picture option on (its default), in a private session
 // that is GNOME (GSettings in a key file) and then XFCE (xfconfd on the private bus).
-#include <signal.h>
-#include <sys/wait.h>
-
 #include <QDir>
-#include <QFile>
 #include <QGuiApplication>
 #include <QImageReader>
 #include <QRegularExpression>
 #include <QSettings>
 #include <QStandardPaths>
-#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <functional>
 #include <iostream>
 
 #include "GSettingsClient.h"
+#include "IconDesktop.h"
 #include "PrivateSession.h"
 #include "PulseTestServer.h"
 #include "SessionTestSupport.h"
@@ -38,7 +35,6 @@ QString folder() {
 QString settingsPath() {
     return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/Quellton/Quellton.conf");
 }
-QStringList stills() { return QDir(folder()).entryList(QDir::Files, QDir::Name); }
 
 // The program's own settings file, as it holds it now.
 QVariant setting(const QString& key) {
@@ -58,39 +54,37 @@ QString gsettingsGet(const char* key) {
     return QString::fromStdString(output(std::string("gsettings get org.gnome.desktop.background ") + key)).trimmed();
 }
 
-// The still the program wrote for the first screen: its name and its JPEG size.
-void expectStill(const QString& file, const char* id) {
+// Starts the program on a desktop with a visualization chosen; true once the desktop shows one of
+// its stills. The program's output goes to a log beside its settings.
+::testing::AssertionResult startUntilShown(test::Program& program, const char* desktop, const char* id,
+                                           const std::function<QString()>& shown) {
+    setSetting(QStringLiteral("current"), QString::fromUtf8(id));
+    setenv("XDG_CURRENT_DESKTOP", desktop, 1);
+    const std::string log = (QFileInfo(settingsPath()).path() + QStringLiteral("/program.log")).toStdString();
+    program = test::Program({QUELLTON_BINARY}, log);
+    if (waitUntil([&] { return shown().contains(QString::fromUtf8(id) + u'-'); }, readyMs))
+        return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << "no still shown; the program's log:\n" << output("tail -n 30 " + log);
+}
+
+// The only still in the folder (an earlier run's is gone), for the first screen: its name and JPEG size.
+QString onlyStill(const char* id) {
+    const QStringList files = QDir(folder()).entryList(QDir::Files, QDir::Name);
+    if (files.size() != 1) {
+        ADD_FAILURE() << "stills: " << files.join(u' ').toStdString();
+        return {};
+    }
+    const QString file = QDir(folder()).filePath(files.front());
     const QRegularExpression name(QStringLiteral("^%1-0-(\\d+)\\.jpg$").arg(QLatin1String(id)));
-    const auto match = name.match(QFileInfo(file).fileName());
-    ASSERT_TRUE(match.hasMatch()) << file.toStdString();
+    const auto match = name.match(files.front());
+    EXPECT_TRUE(match.hasMatch()) << file.toStdString();
     EXPECT_NEAR(match.captured(1).toLongLong(), QDateTime::currentSecsSinceEpoch(), 600);
     QImageReader jpeg(file);
     EXPECT_EQ(jpeg.format(), "jpeg");
     EXPECT_EQ(jpeg.size(), QSize(1280, 720));
-    if (const QString dir = qEnvironmentVariable("QUELLTON_SHOTS"); !dir.isEmpty())
-        QFile::copy(file, dir + u'/' + QFileInfo(file).fileName());
+    test::keepShot(jpeg.read(), std::string(id) + "-still");
+    return file;
 }
-
-class Program {
-public:
-    explicit Program(const char* desktop) {
-        setenv("XDG_CURRENT_DESKTOP", desktop, 1);
-        pid_ = test::spawn({QUELLTON_BINARY});
-    }
-    ~Program() {
-        if (pid_ > 0) stop();
-    }
-    int stop() {
-        kill(pid_, SIGTERM);
-        int status = 0;
-        waitpid(pid_, &status, 0);
-        pid_ = -1;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    }
-
-private:
-    pid_t pid_ = -1;
-};
 
 TEST(SystemWallpaperProgram, GnomesPictureBecomesAStillOfTheCurrentVisualization) {
     const QString user = QStringLiteral("file:///usr/share/backgrounds/gnome/Mein%20Bild.jpg");
@@ -100,13 +94,9 @@ TEST(SystemWallpaperProgram, GnomesPictureBecomesAStillOfTheCurrentVisualization
         background->setString(QStringLiteral("picture-uri"), user);
         GSettingsClient::sync();
     }
-    setSetting(QStringLiteral("current"), QStringLiteral("pegel"));
-    Program program("GNOME");
-    ASSERT_TRUE(waitUntil([] { return gsettingsGet("picture-uri").contains(QStringLiteral("/Hintergrund/")); }, readyMs));
-    ASSERT_EQ(stills().size(), 1);
-    const QString still = QDir(folder()).filePath(stills().front());
-    expectStill(still, "pegel");
-    const QString uri = "'" + QUrl::fromLocalFile(still).toString() + "'";
+    test::Program program;
+    ASSERT_TRUE(startUntilShown(program, "GNOME", "pegel", [] { return gsettingsGet("picture-uri"); }));
+    const QString uri = "'" + QUrl::fromLocalFile(onlyStill("pegel")).toString() + "'";
     EXPECT_EQ(gsettingsGet("picture-uri"), uri);
     EXPECT_EQ(gsettingsGet("picture-uri-dark"), uri);
     EXPECT_EQ(gsettingsGet("picture-options"), QStringLiteral("'zoom'"));
@@ -116,19 +106,15 @@ TEST(SystemWallpaperProgram, GnomesPictureBecomesAStillOfTheCurrentVisualization
 
 TEST(SystemWallpaperProgram, XfcesPictureBecomesAStillOfTheCurrentVisualization) {
     XfconfClient desktop(QStringLiteral("xfce4-desktop"));
-    const QString image = QStringLiteral("/backdrop/screen0/monitorscreen/workspace0/last-image");
+    const QString place = QStringLiteral("/backdrop/screen0/monitorscreen/workspace0/");
     const QString user = QStringLiteral("/usr/share/backgrounds/xfce/xfce-shapes.svg");
-    ASSERT_TRUE(desktop.set(image, user));
-    setSetting(QStringLiteral("current"), QStringLiteral("oszi"));
+    ASSERT_TRUE(desktop.set(place + QStringLiteral("last-image"), user));
     setSetting(QStringLiteral("originalWallpaper"), {});
-    Program program("XFCE");
-    ASSERT_TRUE(waitUntil([&] { return desktop.get(image).value_or(user).toString().contains(QStringLiteral("oszi-")); },
-                          readyMs));
-    ASSERT_EQ(stills().size(), 1) << "the earlier run's still is gone";
-    const QString still = QDir(folder()).filePath(stills().front());
-    expectStill(still, "oszi");
-    EXPECT_EQ(desktop.get(image), QVariant(still));
-    EXPECT_EQ(desktop.get(QStringLiteral("/backdrop/screen0/monitorscreen/workspace0/image-style")), QVariant(5));
+    test::Program program;
+    const auto shown = [&] { return desktop.get(place + QStringLiteral("last-image")).value_or(user).toString(); };
+    ASSERT_TRUE(startUntilShown(program, "XFCE", "oszi", shown));
+    EXPECT_EQ(desktop.get(place + QStringLiteral("last-image")), QVariant(onlyStill("oszi")));
+    EXPECT_EQ(desktop.get(place + QStringLiteral("image-style")), QVariant(5));
     EXPECT_EQ(setting(QStringLiteral("originalWallpaper")), QUrl::fromLocalFile(user).toString());
     EXPECT_EQ(program.stop(), 0);
 }

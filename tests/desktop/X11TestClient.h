@@ -2,18 +2,20 @@
 
 #include <xcb/xcb.h>
 
+#include <QImage>
 #include <QRect>
 
 #include <cstdint>
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 #include "Ewmh.h"
 #include "XcbHandles.h"
 
 namespace quellton::test {
 
-// A plain X client of the test's own, standing in for another program's window.
+// A plain X client of the test's own: another program's windows, and what a person sees.
 class X11Client {
 public:
     X11Client() : connection_(x11::openConnection(&screen_)), atoms_(connection_.get()) {
@@ -85,20 +87,59 @@ public:
     }
     // The root's children that can be seen, from the bottom to the top.
     std::vector<xcb_window_t> stacking() const {
-        const x11::Reply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(c(), xcb_query_tree(c(), root_), nullptr));
-        if (!tree) return {};
-        const xcb_window_t* children = xcb_query_tree_children(tree.get());
         std::vector<xcb_window_t> seen;
-        for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
-            const x11::Reply<xcb_get_window_attributes_reply_t> a(
-                xcb_get_window_attributes_reply(c(), xcb_get_window_attributes(c(), children[i]), nullptr));
-            if (a && a->map_state == XCB_MAP_STATE_VIEWABLE && a->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT)
-                seen.push_back(children[i]);
-        }
+        for (xcb_window_t w : children())
+            if (viewable(w, XCB_WINDOW_CLASS_INPUT_OUTPUT)) seen.push_back(w);
         return seen;
     }
 
+    // The display as a person sees it: a screenshot and the window manager's lists.
+    QImage shot() const {
+        const x11::Reply<xcb_get_geometry_reply_t> g(
+            xcb_get_geometry_reply(c(), xcb_get_geometry(c(), root_), nullptr));
+        if (!g) return {};
+        const x11::Reply<xcb_get_image_reply_t> image(xcb_get_image_reply(
+            c(), xcb_get_image(c(), XCB_IMAGE_FORMAT_Z_PIXMAP, root_, 0, 0, g->width, g->height, ~0u), nullptr));
+        if (!image) return {};
+        // A copy: the reply's memory goes with it.
+        return QImage(xcb_get_image_data(image.get()), g->width, g->height, QImage::Format_RGB32).copy();
+    }
+    std::vector<xcb_window_t> clients() const {
+        return x11::readWindows(c(), root_, atoms_[x11::Atom::_NET_CLIENT_LIST]);
+    }
+    xcb_window_t active() const {
+        const std::vector<xcb_window_t> active = x11::readWindows(c(), root_, atoms_[x11::Atom::_NET_ACTIVE_WINDOW]);
+        return active.empty() ? xcb_window_t{XCB_WINDOW_NONE} : active.front();
+    }
+    std::string name(xcb_window_t window) const {
+        const x11::Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(
+            c(), xcb_get_property(c(), 0, window, XCB_ATOM_WM_NAME, XCB_GET_PROPERTY_TYPE_ANY, 0, 256), nullptr));
+        if (!reply) return {};
+        return std::string(static_cast<const char*>(xcb_get_property_value(reply.get())),
+                           std::size_t(xcb_get_property_value_length(reply.get())));
+    }
+    // The first mapped client or root child whose class hint has this class name.
+    xcb_window_t byClass(const std::string& className) const {
+        std::vector<xcb_window_t> candidates = clients();
+        for (xcb_window_t w : children()) candidates.push_back(w);
+        for (xcb_window_t w : candidates)
+            if (viewable(w) && x11::readWmClass(c(), w).className == className) return w;
+        return XCB_WINDOW_NONE;
+    }
+
 private:
+    std::vector<xcb_window_t> children() const {
+        const x11::Reply<xcb_query_tree_reply_t> tree(xcb_query_tree_reply(c(), xcb_query_tree(c(), root_), nullptr));
+        if (!tree) return {};
+        const xcb_window_t* first = xcb_query_tree_children(tree.get());
+        return {first, first + xcb_query_tree_children_length(tree.get())};
+    }
+    // Mapped and seen, and of this window class unless it is 0.
+    bool viewable(xcb_window_t window, std::uint16_t windowClass = 0) const {
+        const x11::Reply<xcb_get_window_attributes_reply_t> a(
+            xcb_get_window_attributes_reply(c(), xcb_get_window_attributes(c(), window), nullptr));
+        return a && a->map_state == XCB_MAP_STATE_VIEWABLE && (!windowClass || a->_class == windowClass);
+    }
     xcb_visualid_t argbVisual() const {
         for (auto depths = xcb_screen_allowed_depths_iterator(xcb_setup_roots_iterator(xcb_get_setup(c())).data);
              depths.rem; xcb_depth_next(&depths)) {

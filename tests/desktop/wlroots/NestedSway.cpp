@@ -5,13 +5,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <thread>
 
+#include "IconDesktop.h"
 #include "PrivateSession.h"
 #include "PulseTestServer.h"
 
@@ -48,13 +47,18 @@ std::string quoted(const std::string& text) {
     return result + "'";
 }
 
-bool waitFor(const std::function<bool()>& condition, std::chrono::seconds limit) {
-    const auto deadline = std::chrono::steady_clock::now() + limit;
-    while (std::chrono::steady_clock::now() < deadline) {
-        if (condition()) return true;
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+// Ends what is left of the programs run in the session's home: a bus daemon whose launcher was
+// ended first, say, would hold the test's output open and keep ctest waiting.
+void endLeftovers(const std::string& home) {
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator("/proc", error)) {
+        const std::string pid = entry.path().filename().string();
+        if (pid.find_first_not_of("0123456789") != std::string::npos) continue;
+        std::ifstream in(entry.path() / "environ");
+        const std::string environment = '\0' + std::string(std::istreambuf_iterator<char>(in), {});
+        const std::string ours = std::string(1, '\0') + "HOME=" + home + '\0';
+        if (environment.find(ours) != std::string::npos) kill(std::stoi(pid), SIGKILL);
     }
-    return false;
 }
 
 }  // namespace
@@ -79,8 +83,7 @@ NestedSway::NestedSway() {
     const std::string innerRuntime = makeDir(dir_ + "/inner-runtime", fs::perms::owner_all);
     inner_ = startSway(innerRuntime, dir_ + "/inner.conf", "WLR_BACKENDS=wayland WLR_WL_OUTPUTS=1 WAYLAND_DISPLAY=" + outerSocket_,
                        &socket_, &ipc_);
-    ready_ = inner_ > 0 && waitFor([this] { return query("get_outputs").find("\"WL-1\"") != std::string::npos; },
-                                   std::chrono::seconds(20));
+    ready_ = inner_ > 0 && eventually([this] { return query("get_outputs").find("\"WL-1\"") != std::string::npos; });
     if (!ready_) std::cerr << "sway did not start:\n" << output("tail -n 20 " + dir_ + "/*.log") << std::endl;
 }
 
@@ -88,6 +91,7 @@ NestedSway::~NestedSway() {
     terminate(inner_);
     terminate(outer_);
     if (!dir_.empty()) {
+        endLeftovers(dir_ + "/home");
         std::error_code ignored;
         fs::remove_all(dir_, ignored);
     }
@@ -110,14 +114,14 @@ pid_t NestedSway::startSway(const std::string& runtime, const std::string& confi
                                 " sway -c " + config + " >" + log + " 2>&1";
     const pid_t pid = spawn({"sh", "-c", "exec " + command});
     if (pid <= 0) return -1;
-    const bool up = waitFor([&] {
+    const bool up = eventually([&] {
         for (const auto& entry : fs::directory_iterator(runtime)) {
             const std::string name = entry.path().filename().string();
             if (entry.is_socket() && name.starts_with("wayland-")) *socket = entry.path().string();
             if (entry.is_socket() && name.starts_with("sway-ipc")) *ipc = entry.path().string();
         }
         return !socket->empty() && !ipc->empty();
-    }, std::chrono::seconds(20));
+    });
     if (!up) {
         std::cerr << "sway did not start:\n" << output("tail -n 20 " + log) << std::endl;
         terminate(pid);

@@ -5,24 +5,12 @@
 namespace quellton::wayland {
 namespace {
 
-TEST(OutputScale, IntegerScalesUseTheBufferScaleAndNoViewport) {
-    const OutputMode mode{QSize(2560, 1440), 0, 2};
-    for (bool viewporter : {true, false})
-        EXPECT_EQ(bufferLayout(QSize(1280, 720), mode, QSize(1280, 720), viewporter),
-                  (BufferLayout{QSize(2560, 1440), 2, false}));
-    EXPECT_EQ(bufferLayout(QSize(1920, 1080), OutputMode{QSize(1920, 1080), 0, 1}, QSize(1920, 1080), true),
-              (BufferLayout{QSize(1920, 1080), 1, false}));
-}
-
-TEST(OutputScale, AFractionalScaleDrawsEveryPanelPixelOnceThroughTheViewporter) {
+// Integer scales and 1.5 through the viewporter are seen on a real compositor in the Wayland tests;
+// here the cases sway does not offer there.
+TEST(OutputScale, WithoutTheViewporterAFractionalScaleUsesTheNextIntegerBuffer) {
     // 1.5: the compositor says scale 2 and a logical size of 1280 x 720 for a 1920 x 1080 panel.
     const OutputMode mode{QSize(1920, 1080), 0, 2};
-    EXPECT_EQ(bufferLayout(QSize(1280, 720), mode, QSize(1280, 720), true), (BufferLayout{QSize(1920, 1080), 1, true}));
-    // Without the viewporter the next integer, which the compositor scales down.
     EXPECT_EQ(bufferLayout(QSize(1280, 720), mode, QSize(1280, 720), false), (BufferLayout{QSize(2560, 1440), 2, false}));
-    // Logical sizes are rounded; the buffer still matches the panel.
-    EXPECT_EQ(bufferLayout(QSize(853, 480), OutputMode{QSize(1280, 720), 0, 2}, QSize(853, 480), true).pixels,
-              QSize(1280, 720));
 }
 
 TEST(OutputScale, ATurnedOutputSwapsItsPanelsSides) {

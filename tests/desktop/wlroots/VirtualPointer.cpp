@@ -41,17 +41,12 @@ VirtualPointer::~VirtualPointer() {
     }
 }
 
-void VirtualPointer::moveTo(std::uint32_t x, std::uint32_t y, std::uint32_t width, std::uint32_t height) {
+void VirtualPointer::click(std::uint32_t x, std::uint32_t y, std::uint32_t width, std::uint32_t height,
+                           std::uint32_t button) {
     if (!pointer_) return;
     zwlr_virtual_pointer_v1_motion_absolute(pointer_, time_++, x, y, width, height);
     zwlr_virtual_pointer_v1_frame(pointer_);
     wl_display_roundtrip(display_);
-}
-
-void VirtualPointer::click(std::uint32_t x, std::uint32_t y, std::uint32_t width, std::uint32_t height,
-                           std::uint32_t button) {
-    if (!pointer_) return;
-    moveTo(x, y, width, height);
     zwlr_virtual_pointer_v1_button(pointer_, time_++, button, WL_POINTER_BUTTON_STATE_PRESSED);
     zwlr_virtual_pointer_v1_frame(pointer_);
     zwlr_virtual_pointer_v1_button(pointer_, time_++, button, WL_POINTER_BUTTON_STATE_RELEASED);

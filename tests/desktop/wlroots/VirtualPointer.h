@@ -20,7 +20,6 @@ public:
     bool ready() const { return pointer_ != nullptr; }
     // Moves to (x, y) of a layout `width` by `height` and presses and releases a button (Linux code).
     void click(std::uint32_t x, std::uint32_t y, std::uint32_t width, std::uint32_t height, std::uint32_t button);
-    void moveTo(std::uint32_t x, std::uint32_t y, std::uint32_t width, std::uint32_t height);
 
 private:
     wl_display* display_ = nullptr;

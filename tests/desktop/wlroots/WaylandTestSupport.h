@@ -1,10 +1,8 @@
 #pragma once
 
 #include <QImage>
-#include <QString>
 
-#include <cstdlib>
-#include <string>
+#include "IconDesktop.h"
 
 namespace quellton::test {
 
@@ -22,12 +20,6 @@ inline double nonFlatShare(const QImage& image, QRect area = {}) {
     for (int y = r.top(); y <= r.bottom(); y += 2)
         for (int x = r.left(); x <= r.right(); x += 2) differing += image.pixel(x, y) != flat;
     return double(differing) / (double((r.width() + 1) / 2) * ((r.height() + 1) / 2));
-}
-
-// Keeps a screenshot for people to look at when QUELLTON_SHOTS names a folder.
-inline void keepShot(const QImage& image, const char* name) {
-    if (const char* dir = std::getenv("QUELLTON_SHOTS"))
-        image.save(QString::fromUtf8(dir) + QStringLiteral("/") + QString::fromUtf8(name) + QStringLiteral(".png"));
 }
 
 }  // namespace quellton::test
