@@ -85,6 +85,7 @@ protected:
         services.picture = [this](IconManager) { return std::make_unique<StorePicture>(store); };
         services.screens = [] { return std::vector<ScreenInfo>{screen}; };
         services.windowClass = QStringLiteral("Quellton");
+        services.nemoMayManage = [this] { return nemoManages; };
         return std::make_unique<DesktopIconManagerSettings>(std::move(services));
     }
     QString vaultPath() const { return dir.filePath(QStringLiteral("Quellton.conf")); }
@@ -94,6 +95,7 @@ protected:
 
     QTemporaryDir dir;
     std::shared_ptr<SettingsStore> ourSettings = fileSettings();
+    bool nemoManages = true;
     MemoryStore store{{{"style", QStringLiteral("zoom")}, {"color", 0x336699u}, {"picture", QStringLiteral("/home/u/see.jpg")},
                        {"unset", QVariant()}},
                       false,
@@ -218,6 +220,14 @@ TEST_F(IconManagerSettingsTest, RecordsKeepTheirTypesAndADamagedOneReadsAsNothin
     EXPECT_FALSE(fileVault().managers().contains(QStringLiteral("caja")));
 }
 
+TEST(NemoDesktop, MayManageOnCinnamonOrWhereverItRuns) {
+    EXPECT_TRUE(nemoMayManageDesktop("X-Cinnamon", false));
+    EXPECT_TRUE(nemoMayManageDesktop("ubuntu:Cinnamon", false));
+    EXPECT_TRUE(nemoMayManageDesktop("XFCE", true));
+    for (const char* other : {"XFCE", "MATE", "LXQt", "GNOME", "ubuntu:GNOME", "X-Cinnamonish", ""})
+        EXPECT_FALSE(nemoMayManageDesktop(other, false)) << other;
+}
+
 TEST_F(IconManagerSettingsTest, NemoIgnoresOurWindowsWhileWeRunAndItsListComesBackAsItWas) {
     // The real schema in a GSettings key file of this test.
     ASSERT_TRUE(GSettingsClient::schemaExists(QStringLiteral("org.nemo.desktop")));
@@ -225,6 +235,12 @@ TEST_F(IconManagerSettingsTest, NemoIgnoresOurWindowsWhileWeRunAndItsListComesBa
     const QString key = QStringLiteral("ignored-desktop-handlers");
     nemo->reset(key);
     const QStringList defaults = *nemo->getStrv(key);
+
+    // Where nemo-desktop neither runs nor may run (not Cinnamon), its settings stay as they are.
+    nemoManages = false;
+    make()->prepare();
+    EXPECT_FALSE(nemo->hasUserValue(key));
+    nemoManages = true;
 
     auto settings = make();
     settings->prepare();

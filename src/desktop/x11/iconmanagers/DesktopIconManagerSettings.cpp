@@ -42,7 +42,7 @@ void DesktopIconManagerSettings::prepare() {
               qPrintable(name));
         restoreBackdrop(*manager);
     }
-    nemo_.claim();
+    if (services_.nemoMayManage && services_.nemoMayManage()) nemo_.claim();
 }
 
 std::optional<QUrl> DesktopIconManagerSettings::currentPicture(IconManager manager) {

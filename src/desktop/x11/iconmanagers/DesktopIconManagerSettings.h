@@ -23,6 +23,8 @@ struct IconManagerServices {
     std::function<std::vector<ScreenInfo>()> screens;
     // Our windows' class, as nemo compares it.
     QString windowClass;
+    // Whether nemo-desktop manages, or may manage, the desktop; nemo's settings are left alone otherwise.
+    std::function<bool()> nemoMayManage;
 };
 
 // The icon managers' settings on the session's real stores (xfconf, GSettings, pcmanfm-qt),

@@ -57,6 +57,9 @@ std::unique_ptr<IconManagerSettings> makeIconManagerSettings() {
     services.screens = qtScreens;
     services.windowClass = QStringLiteral("Quellton");
     services.settings = AppModel::shared().settingsStore();
+    services.nemoMayManage = [] {
+        return nemoMayManageDesktop(qgetenv("XDG_CURRENT_DESKTOP").toStdString(), nemoDesktopRunning());
+    };
     return std::make_unique<DesktopIconManagerSettings>(std::move(services));
 }
 

@@ -1,5 +1,10 @@
 #include "NemoDesktopHandlers.h"
 
+#include <filesystem>
+#include <fstream>
+#include <ranges>
+#include <string>
+
 #include "BackdropVault.h"
 #include "GSettingsClient.h"
 
@@ -15,6 +20,24 @@ const QString ownsEntry = QStringLiteral("nemoIgnoresUs");
 const QString listWasDefault = QStringLiteral("nemoListWasDefault");
 
 }  // namespace
+
+bool nemoMayManageDesktop(std::string_view currentDesktop, bool nemoDesktopRunning) {
+    if (nemoDesktopRunning) return true;
+    for (const auto entry : std::views::split(currentDesktop, ':')) {
+        const std::string_view name(entry.begin(), entry.end());
+        if (name == "X-Cinnamon" || name == "Cinnamon") return true;
+    }
+    return false;
+}
+
+bool nemoDesktopRunning() {
+    std::error_code error;
+    for (const auto& process : std::filesystem::directory_iterator("/proc", error)) {
+        std::string name;
+        if (std::ifstream(process.path() / "comm") >> name && name == "nemo-desktop") return true;
+    }
+    return false;
+}
 
 NemoDesktopHandlers::NemoDesktopHandlers(BackdropVault& vault, QString windowClass)
     : vault_(vault), windowClass_(std::move(windowClass)) {}

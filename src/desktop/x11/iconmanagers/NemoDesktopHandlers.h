@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <string_view>
+
 namespace quellton {
 
 class BackdropVault;
@@ -21,5 +23,11 @@ private:
     BackdropVault& vault_;
     QString windowClass_;
 };
+
+// Whether nemo-desktop draws, or may yet draw, this session's desktop: on Cinnamon (an entry of
+// XDG_CURRENT_DESKTOP), or wherever it runs. Elsewhere its settings are none of our business.
+bool nemoMayManageDesktop(std::string_view currentDesktop, bool nemoDesktopRunning);
+// Whether a nemo-desktop process runs now.
+bool nemoDesktopRunning();
 
 }  // namespace quellton
