@@ -8,7 +8,7 @@ SANITIZER_ENV = ASAN_OPTIONS=detect_leaks=1:abort_on_error=0:detect_stack_use_af
 	LSAN_OPTIONS=suppressions=$(CURDIR)/scripts/sanitizers/lsan.supp:print_suppressions=0 \
 	UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
 
-.PHONY: all deps configure build run test test-asan bench soak install deb clean
+.PHONY: all deps configure build run test test-asan test-debian13 bench soak install deb clean
 
 all: build
 
@@ -34,6 +34,10 @@ test-asan: deps
 		"-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O1 -g1 -DNDEBUG" >/dev/null
 	@cmake --build $(ASAN_BUILD) -j $(JOBS)
 	$(SANITIZER_ENV) ctest --test-dir $(ASAN_BUILD) --output-on-failure -j $(JOBS) --timeout 1800 $(ASAN_CTEST_ARGS)
+
+# Debian 13 (Qt 6.8, GCC 14, its desktops) in a debootstrap root of its own, as root; see README.md.
+test-debian13:
+	scripts/test-debian13.sh
 
 # The soak runs for ten minutes and more; see README.md.
 bench: build
