@@ -8,6 +8,7 @@
 #include "Gallery.h"
 #include "ModelTestSupport.h"
 #include "QtText.h"
+#include "WindowPlacement.h"
 
 namespace quellton::test {
 namespace {
@@ -137,3 +138,34 @@ TEST_F(GalleryModels, HoverIsClearedOnlyByTheCardThatSetItAndDrivesTheHero) {
 
 }  // namespace
 }  // namespace quellton::test
+
+namespace quellton {
+namespace {
+
+// The gallery's place: whole, frame included, inside the work area it opens in, on every screen
+// down to 1024 x 600, the remembered place kept where it still fits.
+TEST(GalleryPlacement, TheWindowAndItsFrameFitTheWorkArea) {
+    const QSize minimum(960, 660), first(1240, 860);
+    const QMargins frame(5, 29, 5, 5);
+    struct Case {
+        QRect area;
+        std::optional<QRect> remembered;
+    };
+    const QRect small(0, 27, 1024, 573), wide(0, 0, 1600, 868);
+    for (const Case& c : {Case{small, std::nullopt}, Case{wide, std::nullopt}, Case{wide, QRect(200, 0, 1240, 860)},
+                          Case{small, QRect(0, 0, 1240, 860)}, Case{wide, QRect(300, 100, 1000, 700)}}) {
+        const Placement p = windowPlacement(c.remembered, {c.area}, c.area, minimum, first, frame);
+        EXPECT_TRUE(c.area.contains(p.geometry.marginsAdded(frame))) << c.area.height() << " " << p.geometry.y();
+        EXPECT_TRUE(p.geometry.size().width() >= p.minimum.width() && p.geometry.height() >= p.minimum.height());
+        EXPECT_EQ(p.minimum, minimum.boundedTo(c.area.size().shrunkBy(frame)));
+    }
+    // A remembered place that fits stays exactly; one on a screen that is gone starts over, centred.
+    EXPECT_EQ(windowPlacement(QRect(300, 100, 1000, 700), {wide}, wide, minimum, first, frame).geometry,
+              QRect(300, 100, 1000, 700));
+    const QRect centred = windowPlacement(QRect(3000, 100, 1000, 700), {wide}, wide, minimum, first, frame).geometry;
+    EXPECT_EQ(centred.marginsAdded(frame).center().x(), wide.center().x());
+    EXPECT_EQ(centred.size(), first.boundedTo(wide.size().shrunkBy(frame)));
+}
+
+}  // namespace
+}  // namespace quellton
