@@ -87,12 +87,13 @@ int run(int& argc, char** argv, std::span<const std::string> args) {
     case DisplayServer::wayland: break;
     }
 
+    ProcessEnd end;
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Quellton"));
     QApplication::setDesktopFileName(QStringLiteral(QUELLTON_APP_ID));
     // Only the tray item and the wallpapers exist most of the time; closing the gallery must not quit.
     QApplication::setQuitOnLastWindowClosed(false);
-    ProcessEnd end;
+    end.guardExit();
     endProcessOnDisplayLoss();
 
     SingleInstance instance;

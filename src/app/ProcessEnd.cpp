@@ -22,7 +22,7 @@ void endAtOnce() {
 
 }  // namespace
 
-ProcessEnd::ProcessEnd() {
+void ProcessEnd::guardExit() {
     static const bool registered = std::atexit(endAtOnce) == 0;
     guarding = registered;
 }
