@@ -11,6 +11,7 @@ set(QUELLTON_QML_PACKAGES
   qml6-module-qtquick-window
   qml6-module-qtquick-templates
   qml6-module-qtquick-shapes
+  qml6-module-qtqml
   qml6-module-qtqml-models
   qml6-module-qtqml-workerscript
   qml6-module-qt5compat-graphicaleffects)
