@@ -3,10 +3,11 @@
 #include <QGuiApplication>
 
 #include <X11/Xlib.h>
+#include <epoxy/egl.h>
 #include <wayland-client-core.h>
 
+#include "EglWindows.h"
 #include "ShaderLibrary.h"
-#include "gl/EglProvider.h"
 
 namespace quellton {
 
@@ -22,8 +23,11 @@ bool useX11(std::string* error) {
         return false;
     }
     // Probe once so a missing driver is reported here rather than as a fatal error later.
-    if (!EglProvider::forX11(display, error)) return false;
-    ShaderLibrary::useProvider([display] { return std::unique_ptr<GlContextProvider>(EglProvider::forX11(display)); });
+    const auto windows = std::make_shared<X11EglWindows>(display);
+    if (!EglProvider::onPlatform(EGL_PLATFORM_X11_KHR, display, windows, error)) return false;
+    ShaderLibrary::useProvider([display, windows] {
+        return std::unique_ptr<GlContextProvider>(EglProvider::onPlatform(EGL_PLATFORM_X11_KHR, display, windows));
+    });
     return true;
 }
 
@@ -34,12 +38,15 @@ bool useWayland(std::string* error) {
         if (error) *error = "no connection to the Wayland compositor";
         return false;
     }
-    if (!EglProvider::forWayland(display, error)) {
+    const auto windows = std::make_shared<WaylandEglWindows>();
+    if (!EglProvider::onPlatform(EGL_PLATFORM_WAYLAND_KHR, display, windows, error)) {
         wl_display_disconnect(display);
         return false;
     }
     waylandDisplay = display;
-    ShaderLibrary::useProvider([display] { return std::unique_ptr<GlContextProvider>(EglProvider::forWayland(display)); });
+    ShaderLibrary::useProvider([display, windows] {
+        return std::unique_ptr<GlContextProvider>(EglProvider::onPlatform(EGL_PLATFORM_WAYLAND_KHR, display, windows));
+    });
     return true;
 }
 

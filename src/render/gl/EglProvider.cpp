@@ -1,9 +1,7 @@
 #include "EglProvider.h"
 
-#include <X11/Xlib.h>
 #include <epoxy/egl.h>
 #include <epoxy/gl.h>
-#include <wayland-egl.h>
 
 #include <cstring>
 
@@ -45,31 +43,6 @@ EGLContext makeContext(EGLDisplay display, EGLContext share) {
     return eglCreateContext(display, EGL_NO_CONFIG_KHR, share, attributes);
 }
 
-class EglSurface : public GlWindowSurface {
-public:
-    // On Wayland the client sizes its buffers through `window`, which the surface then owns.
-    EglSurface(EGLDisplay display, EGLSurface surface, wl_egl_window* window = nullptr)
-        : display_(display), surface_(surface), window_(window) {}
-    ~EglSurface() override {
-        eglDestroySurface(display_, surface_);
-        if (window_) wl_egl_window_destroy(window_);
-    }
-    EGLSurface handle() const { return surface_; }
-    // Mesa reads the window's size while it swaps, so it is changed on the drawing thread only.
-    void resize(int width, int height) override {
-        if (!window_ || (width == width_ && height == height_)) return;
-        wl_egl_window_resize(window_, width, height, 0, 0);
-        width_ = width;
-        height_ = height;
-    }
-
-private:
-    EGLDisplay display_;
-    EGLSurface surface_;
-    wl_egl_window* window_;
-    int width_ = 0, height_ = 0;
-};
-
 class EglContext : public GlContext {
 public:
     EglContext(EGLDisplay display, EGLContext context) : display_(display), context_(context) {}
@@ -79,7 +52,7 @@ public:
     }
     bool makeCurrent() override { return eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, context_); }
     bool makeCurrent(GlWindowSurface& surface) override {
-        const EGLSurface s = static_cast<EglSurface&>(surface).handle();
+        const EGLSurface s = static_cast<EglWindowSurface&>(surface).handle();
         if (!eglMakeCurrent(display_, s, s, context_)) return false;
         eglSwapInterval(display_, 0);  // frames are paced by their deadlines, not by waiting in swap
         // A context first made current without a surface keeps GL_NONE as the window's draw buffer.
@@ -88,7 +61,7 @@ public:
         return true;
     }
     void swapBuffers(GlWindowSurface& surface) override {
-        eglSwapBuffers(display_, static_cast<EglSurface&>(surface).handle());
+        eglSwapBuffers(display_, static_cast<EglWindowSurface&>(surface).handle());
     }
     void doneCurrent() override { eglMakeCurrent(display_, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT); }
 
@@ -99,7 +72,24 @@ private:
 
 }  // namespace
 
-std::unique_ptr<EglProvider> EglProvider::open(void* display, Windows windows, void* native, std::string* error) {
+EglWindowSurface::EglWindowSurface(void* display, void* surface, std::function<void(int, int)> resize,
+                                   std::function<void()> release)
+    : display_(display), surface_(surface), resize_(std::move(resize)), release_(std::move(release)) {}
+
+EglWindowSurface::~EglWindowSurface() {
+    eglDestroySurface(display_, surface_);
+    if (release_) release_();
+}
+
+void EglWindowSurface::resize(int width, int height) {
+    if (!resize_ || (width == width_ && height == height_)) return;
+    resize_(width, height);
+    width_ = width;
+    height_ = height;
+}
+
+std::unique_ptr<EglProvider> EglProvider::open(void* display, std::shared_ptr<EglWindowSystem> windows,
+                                               std::string* error) {
     auto fail = [error](const char* why) -> std::unique_ptr<EglProvider> {
         if (error) *error = why;
         return nullptr;
@@ -111,11 +101,11 @@ std::unique_ptr<EglProvider> EglProvider::open(void* display, Windows windows, v
     if (!eglBindAPI(EGL_OPENGL_API)) return fail("EGL offers no desktop OpenGL");
     EGLContext root = makeContext(display, EGL_NO_CONTEXT);
     if (root == EGL_NO_CONTEXT) return fail("no OpenGL 3.3 core context");
-    return std::make_unique<EglProvider>(display, root, windows, native);
+    return std::make_unique<EglProvider>(display, root, std::move(windows));
 }
 
 std::unique_ptr<EglProvider> EglProvider::headless(std::string* error) {
-    return open(headlessDisplay(), Windows::none, nullptr, error);
+    return open(headlessDisplay(), nullptr, error);
 }
 
 namespace {
@@ -127,16 +117,13 @@ EGLDisplay platformDisplay(EGLenum platform, void* native) {
 
 }  // namespace
 
-std::unique_ptr<EglProvider> EglProvider::forX11(void* xlibDisplay, std::string* error) {
-    return open(platformDisplay(EGL_PLATFORM_X11_KHR, xlibDisplay), Windows::x11, xlibDisplay, error);
+std::unique_ptr<EglProvider> EglProvider::onPlatform(unsigned platform, void* nativeDisplay,
+                                                     std::shared_ptr<EglWindowSystem> windows, std::string* error) {
+    return open(platformDisplay(platform, nativeDisplay), std::move(windows), error);
 }
 
-std::unique_ptr<EglProvider> EglProvider::forWayland(void* wlDisplay, std::string* error) {
-    return open(platformDisplay(EGL_PLATFORM_WAYLAND_KHR, wlDisplay), Windows::wayland, wlDisplay, error);
-}
-
-EglProvider::EglProvider(void* display, void* root, Windows windows, void* native)
-    : display_(display), root_(root), windows_(windows), native_(native) {}
+EglProvider::EglProvider(void* display, void* root, std::shared_ptr<EglWindowSystem> windows)
+    : display_(display), root_(root), windows_(std::move(windows)) {}
 
 EglProvider::~EglProvider() { eglDestroyContext(display_, root_); }
 
@@ -148,60 +135,7 @@ std::unique_ptr<GlContext> EglProvider::createShared() {
 }
 
 std::unique_ptr<GlWindowSurface> EglProvider::createWindowSurface(std::uintptr_t nativeWindow) {
-    switch (windows_) {
-    case Windows::x11: return createX11Surface(nativeWindow);
-    case Windows::wayland: return createWaylandSurface(nativeWindow);
-    case Windows::none: break;
-    }
-    return nullptr;
-}
-
-std::unique_ptr<GlWindowSurface> EglProvider::createX11Surface(std::uintptr_t nativeWindow) {
-    // Only a config with the window's own visual presents correctly (a deeper one fails silently).
-    XWindowAttributes attributes{};
-    if (!XGetWindowAttributes(static_cast<Display*>(native_), Window(nativeWindow), &attributes) || !attributes.visual)
-        return nullptr;
-    const EGLint wanted[] = {EGL_SURFACE_TYPE, EGL_WINDOW_BIT, EGL_RED_SIZE, 8, EGL_GREEN_SIZE, 8, EGL_BLUE_SIZE, 8,
-                             EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT, EGL_NONE};
-    EGLConfig configs[128];
-    EGLint count = 0;
-    if (!eglChooseConfig(display_, wanted, configs, 128, &count)) return nullptr;
-    for (EGLint i = 0; i < count; ++i) {
-        EGLint visual = 0;
-        eglGetConfigAttrib(display_, configs[i], EGL_NATIVE_VISUAL_ID, &visual);
-        if (VisualID(visual) != XVisualIDFromVisual(attributes.visual)) continue;
-        EGLNativeWindowType window = static_cast<EGLNativeWindowType>(nativeWindow);
-        EGLSurface surface = eglCreateWindowSurface(display_, configs[i], window, nullptr);
-        if (surface != EGL_NO_SURFACE) return std::make_unique<EglSurface>(display_, surface);
-    }
-    return nullptr;
-}
-
-std::unique_ptr<GlWindowSurface> EglProvider::createWaylandSurface(std::uintptr_t surface) {
-    // No alpha: an XRGB buffer is opaque, so the compositor never blends the wallpaper with what lies below.
-    const EGLint wanted[] = {EGL_SURFACE_TYPE, EGL_WINDOW_BIT, EGL_RED_SIZE, 8, EGL_GREEN_SIZE, 8, EGL_BLUE_SIZE, 8,
-                             EGL_RENDERABLE_TYPE, EGL_OPENGL_BIT, EGL_NONE};
-    EGLConfig configs[128];
-    EGLint count = 0;
-    if (!eglChooseConfig(display_, wanted, configs, 128, &count) || count == 0) return nullptr;
-    EGLConfig chosen = configs[0];
-    for (EGLint i = 0; i < count; ++i) {
-        EGLint alpha = 0, red = 0;
-        eglGetConfigAttrib(display_, configs[i], EGL_ALPHA_SIZE, &alpha);
-        eglGetConfigAttrib(display_, configs[i], EGL_RED_SIZE, &red);
-        if (alpha == 0 && red == 8) {
-            chosen = configs[i];
-            break;
-        }
-    }
-    wl_egl_window* window = wl_egl_window_create(reinterpret_cast<wl_surface*>(surface), 1, 1);
-    if (!window) return nullptr;
-    EGLSurface s = eglCreateWindowSurface(display_, chosen, reinterpret_cast<EGLNativeWindowType>(window), nullptr);
-    if (s == EGL_NO_SURFACE) {
-        wl_egl_window_destroy(window);
-        return nullptr;
-    }
-    return std::make_unique<EglSurface>(display_, s, window);
+    return windows_ ? windows_->createSurface(display_, nativeWindow) : nullptr;
 }
 
 }  // namespace quellton
