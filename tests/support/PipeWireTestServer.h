@@ -9,20 +9,7 @@ namespace quellton::test {
 // sinks exist and the machine's devices are never opened.
 class PipeWireTestServer : public SoundTestServer {
 public:
-    PipeWireTestServer();
-    ~PipeWireTestServer() override;
-
-    SoundServerKind kind() const override { return SoundServerKind::pipeWire; }
-    bool switchDefaultSink(const std::string& sink) override;
-    // WirePlumber's id of a node, read from `wpctl status`; -1 when absent.
-    int nodeId(const std::string& name) const;
-
-protected:
-    bool launch() override;
-    std::map<std::string, std::optional<std::string>> daemonEnvironment() const override;
-
-private:
-    pid_t bus_ = -1;
+    PipeWireTestServer() : SoundTestServer(SoundServerKind::pipeWire) {}
 };
 
 }  // namespace quellton::test

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <string>
-#include <vector>
+
+#include "SessionService.h"
 
 namespace quellton::test {
 
@@ -13,23 +12,14 @@ namespace quellton::test {
 class PrivateSession {
 public:
     explicit PrivateSession(const std::string& screen = "1280x720x24");
-    ~PrivateSession();
-    PrivateSession(const PrivateSession&) = delete;
-    PrivateSession& operator=(const PrivateSession&) = delete;
 
-    bool ready() const { return ready_; }
+    bool ready() const { return service_.ready(); }
     const std::string& display() const { return display_; }
-    const std::string& dir() const { return dir_; }
+    const std::string& dir() const { return service_.folder(); }
 
 private:
-    bool startX(const std::string& screen);
-    bool startBus();
-
-    std::string dir_;
+    SessionService service_;
     std::string display_;
-    pid_t xvfb_ = -1;
-    pid_t bus_ = -1;
-    bool ready_ = false;
 };
 
 // Runs a command through the shell; its exit status, or -1.

@@ -7,13 +7,7 @@ namespace quellton::test {
 // The PulseAudio flavour: one pulseaudio daemon without the user's configuration.
 class PulseTestServer : public SoundTestServer {
 public:
-    PulseTestServer();
-    ~PulseTestServer() override;
-
-    SoundServerKind kind() const override { return SoundServerKind::pulseAudio; }
-
-protected:
-    bool launch() override;
+    PulseTestServer() : SoundTestServer(SoundServerKind::pulseAudio) {}
 };
 
 }  // namespace quellton::test

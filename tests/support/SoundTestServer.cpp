@@ -8,7 +8,6 @@
 
 #include <chrono>
 #include <cstdlib>
-#include <filesystem>
 #include <functional>
 #include <sstream>
 #include <thread>
@@ -84,64 +83,13 @@ void terminate(pid_t pid) {
     }
 }
 
-SoundTestServer::SoundTestServer(const std::string& prefix) {
-    std::string pattern = (std::filesystem::temp_directory_path() / (prefix + "-XXXXXX")).string();
-    if (!mkdtemp(pattern.data())) return;
-    dir_ = pattern;
-    std::filesystem::create_directories(dir_ + "/home");
-    std::filesystem::create_directories(dir_ + "/runtime");
-    std::filesystem::permissions(dir_ + "/runtime", std::filesystem::perms::owner_all);
-    setenv("HOME", (dir_ + "/home").c_str(), 1);
-    setenv("XDG_RUNTIME_DIR", (dir_ + "/runtime").c_str(), 1);
-    setenv("PULSE_RUNTIME_PATH", (dir_ + "/runtime/pulse").c_str(), 1);
-    setenv("PULSE_SERVER", ("unix:" + dir_ + "/runtime/pulse/native").c_str(), 1);
-    unsetenv("DISPLAY");
-}
+SoundTestServer::SoundTestServer(SoundServerKind kind)
+    : kind_(kind), service_({"sound", kind == SoundServerKind::pulseAudio ? "pulse" : "pipewire"}) {}
 
-SoundTestServer::~SoundTestServer() {
-    stopPlaying();
-    kill();
-    if (!dir_.empty()) {
-        std::error_code ignored;
-        std::filesystem::remove_all(dir_, ignored);
-    }
-}
-
-void SoundTestServer::begin() { ready_ = !dir_.empty() && launch() && addSinks(); }
-
-bool SoundTestServer::restart() {
-    kill();
-    ready_ = launch() && addSinks();
-    return ready_;
-}
+SoundTestServer::~SoundTestServer() { stopPlaying(); }
 
 std::string SoundTestServer::logs() const {
-    return output("tail -n 20 " + dir_ + "/*.log 2>/dev/null");
-}
-
-void SoundTestServer::kill() {
-    // The last started (the pulse front end) goes first, as a service stop does.
-    for (auto it = daemons_.rbegin(); it != daemons_.rend(); ++it) terminate(*it);
-    daemons_.clear();
-}
-
-pid_t SoundTestServer::spawnDaemon(const std::vector<std::string>& argv, const std::string& logName) const {
-    auto environment = daemonEnvironment();
-    environment.emplace("DISPLAY", std::nullopt);
-    environment.emplace("WAYLAND_DISPLAY", std::nullopt);
-    return spawnWith(argv, environment, dir_ + "/" + logName + ".log");
-}
-
-bool SoundTestServer::waitForServer() const {
-    return pollUntil([this] { return pactl("info"); }, std::chrono::seconds(20));
-}
-
-bool SoundTestServer::addSinks() const {
-    return pactl("load-module module-null-sink sink_name=one") &&
-           pactl("load-module module-null-sink sink_name=two") &&
-           // PipeWire refuses a default until its session manager is up: ask again until it holds.
-           pollUntil([this] { return pactl("set-default-sink one") && defaultSink() == "one"; },
-                     std::chrono::seconds(10));
+    return output("tail -n 20 " + dir() + "/*.log 2>/dev/null");
 }
 
 bool SoundTestServer::pactl(const std::string& arguments) const {
@@ -166,26 +114,9 @@ int SoundTestServer::sourceOutputs() const {
     return count;
 }
 
-bool SoundTestServer::switchDefaultSink(const std::string& sink) {
-    return pactl("set-default-sink " + sink) && awaitDefaultSink(sink);
-}
-
-bool SoundTestServer::awaitDefaultSink(const std::string& sink) const {
-    return pollUntil([&] { return defaultSink() == sink; }, std::chrono::seconds(10));
-}
-
-bool SoundTestServer::removeSink(const std::string& sink) {
-    std::istringstream lines(pactlOutput("list short modules"));
-    for (std::string line; std::getline(lines, line);)
-        if (line.find("module-null-sink") != std::string::npos &&
-            line.find("sink_name=" + sink) != std::string::npos)
-            return pactl("unload-module " + line.substr(0, line.find_first_of(" \t")));
-    return false;
-}
-
 void SoundTestServer::play(const std::string& file, const std::string& sink) {
     // The default latency delivers in bursts of two seconds.
-    players_.push_back(spawnWith({"paplay", "--latency-msec=20", "-d", sink, file}, {}, dir_ + "/paplay.log"));
+    players_.push_back(spawnWith({"paplay", "--latency-msec=20", "-d", sink, file}, {}, dir() + "/paplay.log"));
 }
 
 void SoundTestServer::stopPlaying() {

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+#include "SessionService.h"
+
 namespace quellton::test {
 
 enum class SoundServerKind { pulseAudio, pipeWire };
@@ -26,12 +28,10 @@ void PrintTo(SoundServerKind kind, std::ostream* out);
 class SoundTestServer {
 public:
     virtual ~SoundTestServer();
-    SoundTestServer(const SoundTestServer&) = delete;
-    SoundTestServer& operator=(const SoundTestServer&) = delete;
 
-    virtual SoundServerKind kind() const = 0;
-    bool ready() const { return ready_; }
-    const std::string& dir() const { return dir_; }
+    SoundServerKind kind() const { return kind_; }
+    bool ready() const { return service_.ready(); }
+    const std::string& dir() const { return service_.folder(); }
 
     // Runs pactl with these arguments against the private server; true on exit status 0.
     bool pactl(const std::string& arguments) const;
@@ -42,10 +42,10 @@ public:
     int sourceOutputs() const;
     // Makes `sink` the default through the server's own tool: pactl for PulseAudio, wpctl for
     // PipeWire. True once the server reports it.
-    virtual bool switchDefaultSink(const std::string& sink);
+    bool switchDefaultSink(const std::string& sink) { return service_.request("default-sink " + sink); }
 
     // Unloads the null sink of that name, as unplugging a device does.
-    bool removeSink(const std::string& sink);
+    bool removeSink(const std::string& sink) { return service_.request("remove-sink " + sink); }
 
     // Starts paplay of a file on a sink with low latency; stopped by stopPlaying or the destructor.
     void play(const std::string& file, const std::string& sink);
@@ -55,31 +55,17 @@ public:
     std::string logs() const;
 
     // Ends every process of the server, as a crash or a restart of the service would.
-    void kill();
+    void kill() { service_.request("kill"); }
     // Starts it again on the same socket with the same two sinks; true when ready.
-    bool restart();
+    bool restart() { return service_.request("restart"); }
 
 protected:
-    explicit SoundTestServer(const std::string& prefix);
-    // Call at the end of the flavour's constructor: starts the server and its sinks.
-    void begin();
-    // Starts the daemons and waits until the pulse socket answers.
-    virtual bool launch() = 0;
-    // Extra variables of the daemons' environment.
-    virtual std::map<std::string, std::optional<std::string>> daemonEnvironment() const { return {}; }
-    pid_t spawnDaemon(const std::vector<std::string>& argv, const std::string& logName) const;
-    bool waitForServer() const;
-    // True once the server reports `sink` as its default.
-    bool awaitDefaultSink(const std::string& sink) const;
-
-    std::vector<pid_t> daemons_;
+    explicit SoundTestServer(SoundServerKind kind);
 
 private:
-    bool addSinks() const;
-
-    std::string dir_;
+    SoundServerKind kind_;
+    SessionService service_;
     std::vector<pid_t> players_;
-    bool ready_ = false;
 };
 
 // The flavour of that kind, started.

@@ -21,7 +21,9 @@ screen reader and a person see.
         shot = desktop.screenshot(region=app.find("Vorschau").rect)
 
 API
-  DesktopSession(size=(w, h), window_manager="openbox")
+  XSession(size=(w, h), depth=24)   only Xvfb, the bus and the folders, for programs that drive themselves
+    .exports                the variables a process takes over to live in the session (None: removed)
+  DesktopSession(size=(w, h), window_manager="openbox")   an XSession, and:
     .env                    the session's environment (a dict)
     .folder                 its temporary folder (home/, config/, cache/, data/, state/ inside)
     .run(argv)              runs a command in the session, returns subprocess.CompletedProcess
@@ -51,19 +53,19 @@ unscaled size, and gives items at opacity 0 no place (rect None).
 
 import os
 import re
+import select
 import shutil
-import signal
 import subprocess
 import tempfile
 import time
 from dataclasses import dataclass
 
-from private_service import PrivateService
+from private_service import PrivateService, ServiceError, applied, poll_until, start_daemon, stop
 
 ACCESSIBILITY_BUS_LAUNCHER = "/usr/libexec/at-spi-bus-launcher"
 
 
-class SessionError(RuntimeError):
+class SessionError(ServiceError):
     pass
 
 
@@ -235,35 +237,98 @@ class App:
         return self.session.wait(first, timeout, f"no {role or 'object'} named {name!r}")
 
 
-class DesktopSession(PrivateService):
-    def __init__(self, size=(1600, 1000), window_manager="openbox"):
+class XSession(PrivateService):
+    """Xvfb on a free display and a session bus of its own, with HOME and the XDG folders in a
+    temporary folder: a graphical session apart from the user's.
+
+    .env      the session's environment (a dict)
+    .exports  what a test process takes over to live in the session: the variables it sets, and
+              None for each one it removes (WAYLAND_DISPLAY)
+    """
+    prefix = "quellton-session-"
+
+    def __init__(self, size=(1280, 720), depth=24):
         self.size = size
-        self.window_manager = window_manager
-        self.folder = tempfile.mkdtemp(prefix="quellton-desktop-")
-        self.env = {}
+        self.depth = depth
+        self.folder = tempfile.mkdtemp(prefix=self.prefix)
+        self.env = dict(os.environ)
+        self.exports = {}
         self._processes = []
+
+    def _start(self):
+        for sub in ("home", "config", "cache", "data", "state", "runtime"):
+            os.makedirs(self._path(sub))
+        os.chmod(self._path("runtime"), 0o700)
+        # GSettings in a key file under the private config folder: dconf would hold the bus, and GIO
+        # ends a process whose bus goes away (the session's own end at the test's end).
+        self._export(HOME=self._path("home"), XDG_CONFIG_HOME=self._path("config"), XDG_CACHE_HOME=self._path("cache"),
+                     XDG_DATA_HOME=self._path("data"), XDG_STATE_HOME=self._path("state"),
+                     XDG_RUNTIME_DIR=self._path("runtime"), GSETTINGS_BACKEND="keyfile", QT_QPA_PLATFORM="xcb",
+                     WAYLAND_DISPLAY=None, DBUS_SESSION_BUS_ADDRESS=None)
+        self._start_x()
+        bus = self._path("runtime", "bus")
+        self._spawn(["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address=unix:path={bus}"])
+        self._export(DBUS_SESSION_BUS_ADDRESS=f"unix:path={bus}")
+        self.wait(lambda: os.path.exists(bus), 10, "the session bus did not start")
+
+    def _export(self, **changes):
+        self.exports.update(changes)
+        self.env = applied(self.env, changes)
+
+    def _path(self, *parts):
+        return os.path.join(self.folder, *parts)
+
+    def _start_x(self):
+        read, write = os.pipe()
+        width, height = self.size
+        self._spawn(["Xvfb", "-displayfd", str(write), "-screen", "0", f"{width}x{height}x{self.depth}", "-nolisten",
+                     "tcp", "-noreset", "+extension", "GLX"], pass_fds=(write,))
+        os.close(write)
+        number = b""
+        deadline = time.monotonic() + 20
+        # Xvfb picks a free display itself and writes its number to the pipe.
+        while not number.endswith(b"\n") and time.monotonic() < deadline:
+            if not select.select([read], [], [], 0.2)[0]:
+                continue
+            chunk = os.read(read, 16)
+            if not chunk:
+                break
+            number += chunk
+        os.close(read)
+        if not number.endswith(b"\n"):
+            raise SessionError("Xvfb did not start")
+        self._export(DISPLAY=":" + number.decode().strip())
+
+    def _spawn(self, argv, **options):
+        process = start_daemon(argv, self.env, **options)
+        self._processes.append(process)
+        return process
+
+    def close(self):
+        for process in reversed(self._processes):
+            stop(process)
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    def wait(self, predicate, timeout=30, message=""):
+        if not poll_until(predicate, timeout, 0.05):
+            raise SessionError(message)
+
+
+class DesktopSession(XSession):
+    prefix = "quellton-desktop-"
+
+    def __init__(self, size=(1600, 1000), window_manager="openbox"):
+        super().__init__(size)
+        self.window_manager = window_manager
         self._apps = []
         self._shots = 0
 
     # -- the session --------------------------------------------------------------------------
 
     def _start(self):
-        for sub in ("home", "config", "cache", "data", "state", "runtime"):
-            os.makedirs(os.path.join(self.folder, sub))
-        os.chmod(os.path.join(self.folder, "runtime"), 0o700)
-        env = {k: v for k, v in os.environ.items() if k not in ("WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS",
-                                                                   "AT_SPI_BUS_ADDRESS", "XDG_CURRENT_DESKTOP")}
-        env.update(HOME=self._path("home"), XDG_CONFIG_HOME=self._path("config"), XDG_CACHE_HOME=self._path("cache"),
-                   XDG_DATA_HOME=self._path("data"), XDG_STATE_HOME=self._path("state"),
-                   XDG_RUNTIME_DIR=self._path("runtime"), GSETTINGS_BACKEND="keyfile", QT_QPA_PLATFORM="xcb",
-                   QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_ACCESSIBILITY="1", NO_AT_BRIDGE="0",
-                   MESA_SHADER_CACHE_DISABLE="true")
-        self.env = env
-        self._start_x()
-        bus = os.path.join(self._path("runtime"), "bus")
-        self._spawn(["dbus-daemon", "--session", "--nofork", "--nopidfile", f"--address=unix:path={bus}"])
-        self.env["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={bus}"
-        self.wait(lambda: os.path.exists(bus), 10, "the session bus did not start")
+        self._export(QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", QT_ACCESSIBILITY="1", NO_AT_BRIDGE="0",
+                     MESA_SHADER_CACHE_DISABLE="true", AT_SPI_BUS_ADDRESS=None, XDG_CURRENT_DESKTOP=None)
+        super()._start()
         self._spawn([ACCESSIBILITY_BUS_LAUNCHER, "--launch-immediately"])
         self.wait(self._accessibility_bus_address, 15, "the accessibility bus did not start")
         if self.window_manager:
@@ -276,27 +341,6 @@ class DesktopSession(PrivateService):
         # Every read asks the program: nothing here runs the event loop that would keep a cache fresh.
         pyatspi.Registry.getDesktop(0).set_cache_mask(Atspi.Cache.NONE)
 
-    def _path(self, sub):
-        return os.path.join(self.folder, sub)
-
-    def _start_x(self):
-        read, write = os.pipe()
-        width, height = self.size
-        self._spawn(["Xvfb", "-displayfd", str(write), "-screen", "0", f"{width}x{height}x24", "-nolisten", "tcp",
-                     "-noreset", "+extension", "GLX"], pass_fds=(write,))
-        os.close(write)
-        number = b""
-        deadline = time.monotonic() + 20
-        while not number.endswith(b"\n") and time.monotonic() < deadline:
-            chunk = os.read(read, 16)
-            if not chunk:
-                break
-            number += chunk
-        os.close(read)
-        if not number.endswith(b"\n"):
-            raise SessionError("Xvfb did not start")
-        self.env["DISPLAY"] = ":" + number.decode().strip()
-
     def _accessibility_bus_address(self):
         result = self.run(["dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus", "/org/a11y/bus",
                            "org.a11y.Bus.GetAddress"])
@@ -306,20 +350,12 @@ class DesktopSession(PrivateService):
         result = self.run(["xprop", "-root", "_NET_SUPPORTING_WM_CHECK"])
         return result.returncode == 0 and "window id" in result.stdout
 
-    def _spawn(self, argv, **options):
-        process = subprocess.Popen(argv, env=self.env, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                                   start_new_session=True, **options)
-        self._processes.append(process)
-        return process
-
     def close(self):
         for app in self._apps:
-            _stop(app.process)
+            stop(app.process)
             if app.log:
                 app.log.close()
-        for process in reversed(self._processes):
-            _stop(process)
-        shutil.rmtree(self.folder, ignore_errors=True)
+        super().close()
 
     def run(self, argv):
         return subprocess.run(argv, env=self.env, capture_output=True, text=True, timeout=60)
@@ -405,16 +441,3 @@ class DesktopSession(PrivateService):
                 raise AssertionError(f"timed out after {timeout} s: {message}{detail}")
             time.sleep(0.1)
 
-
-def _stop(process):
-    if process.poll() is not None:
-        return
-    try:
-        os.killpg(process.pid, signal.SIGTERM)
-        process.wait(timeout=10)
-    except (ProcessLookupError, subprocess.TimeoutExpired):
-        try:
-            os.killpg(process.pid, signal.SIGKILL)
-            process.wait(timeout=5)
-        except ProcessLookupError:
-            pass
