@@ -103,8 +103,15 @@ public:
                                file.string() + "' >/dev/null 2>&1 & echo $!"));
         eventually([&] { return !display().empty() && test::shell("xdpyinfo -display " + display() + " >/dev/null 2>&1"); });
     }
+    // Gone for good before the next one starts: a server still shutting down removes the socket of
+    // a new one that took its number meanwhile.
     ~DisplayToLose() {
         kill(pid, SIGKILL);
+        eventually([&] {
+            std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
+            std::string number, name, state;
+            return !(stat >> number >> name >> state) || state == "Z";  // a zombie has let go of its socket
+        });
         std::filesystem::remove(file);
     }
     // ":N" once the server accepts clients.
@@ -129,25 +136,35 @@ TEST_F(RunningApplication, EndsWithinSecondsWhenItsDisplayServerGoesAway) {
     const std::string ownDisplay = std::getenv("DISPLAY");
     for (const std::optional<std::chrono::milliseconds> terminatedBefore : {std::optional(300ms), std::optional(0ms),
                                                                             std::optional<std::chrono::milliseconds>()}) {
-        DisplayToLose x;
-        const std::string display = x.display();
-        ASSERT_FALSE(display.empty());
-        setenv("DISPLAY", display.c_str(), 1);
-        QuelltonProcess app;
-        setenv("DISPLAY", ownDisplay.c_str(), 1);
-        // The wallpaper and the gallery, both drawing.
-        ASSERT_TRUE(eventually([&] {
-            return std::stoi("0" + output("DISPLAY=" + display + " xdotool search --onlyvisible --class quellton | wc -l")) >= 2;
-        }, 3000)) << app.errors();
+        std::optional<DisplayToLose> x;
+        std::optional<QuelltonProcess> app;
+        std::string display;
+        const auto windows = [&] {
+            return std::stoi("0" + output("DISPLAY=" + display + " xdotool search --onlyvisible --class quellton | wc -l"));
+        };
+        // Under a loaded suite a fresh server now and then refuses its first client: start again then.
+        for (int attempt = 0; attempt < 3; ++attempt) {
+            app.reset();
+            x.emplace();
+            display = x->display();
+            ASSERT_FALSE(display.empty());
+            setenv("DISPLAY", display.c_str(), 1);
+            app.emplace();
+            setenv("DISPLAY", ownDisplay.c_str(), 1);
+            // The wallpaper and the gallery, both drawing.
+            eventually([&] { return windows() >= 2 || app->waitExit(0s).has_value(); }, 3000);
+            if (app->errors().find("could not connect to display") == std::string::npos) break;
+        }
+        ASSERT_GE(windows(), 2) << app->errors();
         std::this_thread::sleep_for(std::chrono::seconds(3));
 
         if (terminatedBefore) {
-            kill(app.pid(), SIGTERM);
+            kill(app->pid(), SIGTERM);
             std::this_thread::sleep_for(*terminatedBefore);
         }
-        kill(x.pid, SIGTERM);
-        EXPECT_TRUE(app.waitExit(5s).has_value())
-            << (terminatedBefore ? "SIGTERM, then the display's end: " : "the display's end: ") << app.errors();
+        kill(x->pid, SIGTERM);
+        EXPECT_TRUE(app->waitExit(5s).has_value())
+            << (terminatedBefore ? "SIGTERM, then the display's end: " : "the display's end: ") << app->errors();
     }
 }
 
