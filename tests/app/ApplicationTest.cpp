@@ -142,7 +142,8 @@ TEST_F(RunningApplication, EndsWithinSecondsWhenItsDisplayServerGoesAway) {
         const auto windows = [&] {
             return std::stoi("0" + output("DISPLAY=" + display + " xdotool search --onlyvisible --class quellton | wc -l"));
         };
-        // Under a loaded suite a fresh server now and then refuses its first client: start again then.
+        // Under a loaded suite a fresh server now and then refuses the program's first connection, and
+        // the program ends at once: start again with a new server then.
         for (int attempt = 0; attempt < 3; ++attempt) {
             app.reset();
             x.emplace();
@@ -153,7 +154,7 @@ TEST_F(RunningApplication, EndsWithinSecondsWhenItsDisplayServerGoesAway) {
             setenv("DISPLAY", ownDisplay.c_str(), 1);
             // The wallpaper and the gallery, both drawing.
             eventually([&] { return windows() >= 2 || app->waitExit(0s).has_value(); }, 3000);
-            if (app->errors().find("could not connect to display") == std::string::npos) break;
+            if (!app->waitExit(0s)) break;
         }
         ASSERT_GE(windows(), 2) << app->errors();
         std::this_thread::sleep_for(std::chrono::seconds(3));
