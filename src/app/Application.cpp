@@ -36,8 +36,9 @@
 //                                                                                   with the user's backdrop
 //   6     WallpaperController   the desktop host and its surfaces                3  gives the desktop back
 //
-// Stopping runs on the main thread as the event loop quits (AppDelegate::willTerminate); ProcessEnd ends the process within
-// quitDeadline whatever a thread is stuck in, and at once when a library calls exit() meanwhile.
+// Stopping runs on the main thread as the event loop quits (AppDelegate::willTerminate); ProcessEnd
+// ends the process within quitDeadline whatever a thread is stuck in, and at once when a library
+// calls exit() meanwhile.
 
 namespace quellton::Application {
 

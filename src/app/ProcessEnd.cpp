@@ -12,7 +12,9 @@ namespace {
 
 std::atomic<bool> guarding{false};
 
-void say(std::string_view line) { [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, line.data(), line.size()); }
+void say(std::string_view line) {
+    [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, line.data(), line.size());
+}
 
 void endAtOnce() {
     if (!guarding) return;
