@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QImageWriter>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QStandardPaths>
 
 #include <algorithm>
@@ -133,6 +135,8 @@ void SystemWallpaper::rememberOriginal() {
     // One of our own stills, left from an earlier run, is not the user's picture.
     if (picture->toLocalFile().startsWith(services_.folder)) return;
     services_.settings->set(originalKey, picture->toString(QUrl::FullyEncoded));
+    const QJsonObject shown = QJsonObject::fromVariantMap(services_.picture->presentation(screens));
+    services_.settings->set(presentationKey, QString::fromUtf8(QJsonDocument(shown).toJson(QJsonDocument::Compact)));
 }
 
 void SystemWallpaper::restoreOriginal() {
@@ -141,8 +145,9 @@ void SystemWallpaper::restoreOriginal() {
     if (stored.isEmpty() || !services_.picture) return;
     const QUrl picture(stored, QUrl::StrictMode);
     if (!picture.isValid()) return;
-    const std::vector<ScreenInfo> screens = services_.screens();
-    services_.picture->restore(picture, screens);
+    // Remembered by an older version, or damaged: the picture alone comes back.
+    const QJsonDocument shown = QJsonDocument::fromJson(services_.settings->string(presentationKey).toUtf8());
+    services_.picture->restore(picture, shown.object().toVariantMap(), services_.screens());
 }
 
 }  // namespace quellton

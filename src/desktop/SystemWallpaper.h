@@ -29,6 +29,8 @@ public:
     static constexpr double maxWidth = 3840, maxHeight = 2400;
     static constexpr int jpegQuality = 92;
     static inline const QString originalKey = QStringLiteral("originalWallpaper");
+    // How the desktop showed that picture, as JSON in the desktop's own setting names.
+    static inline const QString presentationKey = QStringLiteral("originalWallpaperPresentation");
 
     // The application's sync, on AppModel::shared() and the real desktop; made on first use.
     static SystemWallpaper& shared();

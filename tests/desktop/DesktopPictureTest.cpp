@@ -188,8 +188,10 @@ TEST(GSettingsPicture, TheStillReplacesThePictureAndTheUsersComesBack) {
                                        std::pair{GSettingsPicture::mate, "org.mate.background"}}) {
         SCOPED_TRACE(schema);
         GSettingsPicture picture(keys);
-        picture.restore(user, screens);
+        GSettingsClient::open(QString::fromUtf8(schema))->setString(QStringLiteral("picture-options"), QStringLiteral("spanned"));
+        picture.restore(user, {}, screens);
         EXPECT_EQ(picture.current(a), user);
+        const QVariantMap shownAs = picture.presentation(screens);
 
         picture.show(stills);
         EXPECT_EQ(picture.current(a), QUrl::fromLocalFile(first));
@@ -201,8 +203,9 @@ TEST(GSettingsPicture, TheStillReplacesThePictureAndTheUsersComesBack) {
                 EXPECT_EQ(gsettingsGet(schema, key.toStdString()), firstUri) << key.toStdString();
         }
 
-        picture.restore(user, screens);
+        picture.restore(user, shownAs, screens);
         EXPECT_EQ(picture.current(a), user);
+        EXPECT_EQ(gsettingsGet(schema, "picture-options"), "'spanned'");
         EXPECT_EQ(gsettingsGet(schema, keys.uriKeys.isEmpty() ? "picture-filename" : "picture-uri"),
                   keys.uriKeys.isEmpty() ? "'/usr/share/backgrounds/Mein Bild.png'"
                                          : "'file:///usr/share/backgrounds/Mein%20Bild.png'");
@@ -218,13 +221,13 @@ TEST(GSettingsPicture, CajaShowsTheStillOnMatesDesktop) {
     const QColor violet(150, 60, 200), orange(240, 140, 20);
     GSettingsPicture picture(GSettingsPicture::mate);
     const QUrl user = QUrl::fromLocalFile(pictures.make(QStringLiteral("user.jpg"), orange));
-    picture.restore(user, std::vector{qtScreen()});
+    picture.restore(user, {}, std::vector{qtScreen()});
     const pid_t caja = test::spawn({"caja", "--no-default-window", "--force-desktop"});
     EXPECT_TRUE(screenShows(orange, true, nullptr, 30000));
 
     picture.show(std::vector<ScreenPicture>{{qtScreen(), pictures.make(QStringLiteral("still.jpg"), violet)}});
     EXPECT_TRUE(screenShows(violet, true, "caja"));
-    picture.restore(user, std::vector{qtScreen()});
+    picture.restore(user, {}, std::vector{qtScreen()});
     EXPECT_TRUE(screenShows(orange));
     test::terminate(caja);
 }
@@ -253,6 +256,7 @@ TEST_F(XfcePictureTest, EveryMonitorAndWorkspaceInUseGetsItsScreensStill) {
     const QString user = pictures.make(QStringLiteral("user.jpg"), Qt::gray);
     desktop.set(QStringLiteral("/backdrop/screen0/monitorHDMI-1/workspace0/last-image"), user);
     desktop.set(QStringLiteral("/backdrop/screen0/monitorHDMI-1/workspace3/last-image"), user);
+    desktop.set(QStringLiteral("/backdrop/screen0/monitorHDMI-1/workspace3/image-style"), 3);
     desktop.set(QStringLiteral("/backdrop/screen0/monitorVGA-0/workspace0/last-image"), user);  // unplugged
     desktop.set(QStringLiteral("/backdrop/single-workspace-mode"), false);
     windowManager.set(QStringLiteral("/general/workspace_count"), 2);
@@ -260,6 +264,7 @@ TEST_F(XfcePictureTest, EveryMonitorAndWorkspaceInUseGetsItsScreensStill) {
     const ScreenInfo side{QStringLiteral("DP-2"), QRect(1920, 0, 1280, 1024), 1};
     XfcePicture picture;
     EXPECT_EQ(picture.current(main), QUrl::fromLocalFile(user));
+    const QVariantMap shownAs = picture.presentation(std::vector{main, side});
 
     const QString a = pictures.make(QStringLiteral("a.jpg"), Qt::red), b = pictures.make(QStringLiteral("b.jpg"), Qt::blue);
     picture.show(std::vector<ScreenPicture>{{main, a}, {side, b}});
@@ -271,9 +276,10 @@ TEST_F(XfcePictureTest, EveryMonitorAndWorkspaceInUseGetsItsScreensStill) {
     EXPECT_EQ(query(QStringLiteral("/backdrop/screen0/monitorHDMI-1/workspace3/last-image")), a.toStdString());
     EXPECT_EQ(picture.current(main), QUrl::fromLocalFile(a));
 
-    picture.restore(QUrl::fromLocalFile(user), std::vector{main, side});
+    picture.restore(QUrl::fromLocalFile(user), shownAs, std::vector{main, side});
     for (const auto& [monitor, workspace] : {std::pair{"HDMI-1", 0}, {"HDMI-1", 3}, {"DP-2", 1}, {"VGA-0", 0}})
         EXPECT_EQ(image(QString::fromUtf8(monitor), workspace), user) << monitor << workspace;
+    EXPECT_EQ(query(QStringLiteral("/backdrop/screen0/monitorHDMI-1/workspace3/image-style")), "3");
 }
 
 TEST_F(XfcePictureTest, InSingleWorkspaceModeOnlyTheSharedWorkspaceIsAdded) {
@@ -304,30 +310,32 @@ TEST_F(XfcePictureTest, XfdesktopShowsTheStill) {
     const QColor green(32, 192, 64);
     picture.show(std::vector<ScreenPicture>{{qtScreen(), pictures.make(QStringLiteral("green.jpg"), green)}});
     EXPECT_TRUE(screenShows(green, true, "xfdesktop"));
-    picture.restore(*original, std::vector{qtScreen()});
+    picture.restore(*original, {}, std::vector{qtScreen()});
     EXPECT_TRUE(screenShows(green, false));
     test::terminate(xfdesktop);
 }
 
-// pcmanfm-qt's desktop on the test's X server, driven through its command line.
+// pcmanfm-qt's desktop on the test's X server, with the user's centred picture from its own file.
 TEST(LxqtPicture, PcmanfmQtsDesktopShowsTheStillAndTheUsersPictureAgain) {
     Pictures pictures;
     const QColor blue(48, 80, 208), orange(240, 140, 20);
     const QString user = pictures.make(QStringLiteral("user.jpg"), orange);
+    PcmanfmQtSettings settings;
+    ASSERT_TRUE(settings.setValue(PcmanfmQtSettings::desktopGroup, QStringLiteral("Wallpaper"), user));
+    ASSERT_TRUE(settings.setValue(PcmanfmQtSettings::desktopGroup, QStringLiteral("WallpaperMode"), QStringLiteral("center")));
     const pid_t desktop = test::spawn({"pcmanfm-qt", "--profile", "lxqt", "--desktop"});
     ASSERT_TRUE(waitUntil([] { return busNameOwned(QStringLiteral("org.pcmanfm.PCManFM")); }, 30000));
-    // The user's picture, stretched, as LXQt's own settings would set it.
-    PcmanfmQtSettings().command({QStringLiteral("--set-wallpaper"), user, QStringLiteral("--wallpaper-mode"),
-                                 QStringLiteral("stretch")});
     LxqtPicture picture;
-    ASSERT_TRUE(waitUntil([&] { return picture.current(qtScreen()) == QUrl::fromLocalFile(user); }, 20000));
+    EXPECT_EQ(picture.current(qtScreen()), QUrl::fromLocalFile(user));
     EXPECT_TRUE(screenShows(orange));
+    const QVariantMap shownAs = picture.presentation(std::vector{qtScreen()});
+    EXPECT_EQ(shownAs.value(QStringLiteral("WallpaperMode")), QStringLiteral("center"));
 
     const QString still = pictures.make(QStringLiteral("still.jpg"), blue);
     picture.show(std::vector<ScreenPicture>{{qtScreen(), still}});
     EXPECT_TRUE(waitUntil([&] { return picture.current(qtScreen()) == QUrl::fromLocalFile(still); }, 20000));
     EXPECT_TRUE(screenShows(blue, true, "pcmanfm-qt"));
-    picture.restore(QUrl::fromLocalFile(user), std::vector{qtScreen()});
+    picture.restore(QUrl::fromLocalFile(user), shownAs, std::vector{qtScreen()});
     EXPECT_TRUE(screenShows(orange));
     test::terminate(desktop);
 }

@@ -61,9 +61,11 @@ public:
         store_.values["picture"] = stills.front().file;
         store_.values["style"] = QStringLiteral("zoom");
     }
-    void restore(const QUrl& picture, std::span<const ScreenInfo>) override {
+    QVariantMap presentation(std::span<const ScreenInfo>) override { return {{"style", store_.values.value("style")}}; }
+    void restore(const QUrl& picture, const QVariantMap& presentation, std::span<const ScreenInfo>) override {
         store_.log.push_back("picture " + picture.toLocalFile());
         store_.values["picture"] = picture.toLocalFile();
+        if (presentation.contains("style")) store_.values["style"] = presentation.value("style");
     }
 
 private:
@@ -176,8 +178,9 @@ TEST_F(IconManagerSettingsTest, TheSyncsPictureWaitsWhileKeyedAndBecomesTheBackd
     store.values["picture"] = QStringLiteral("/home/u/see.jpg");
     auto settings = make();
     settings->keyBackdrop(IconManager::xfdesktop);
-    // Keyed: the sync reads the user's picture, not the key, and its write waits.
+    // Keyed: the sync reads the user's picture and style, not the key's, and its write waits.
     EXPECT_EQ(guarded.current(screen), QUrl::fromLocalFile(QStringLiteral("/home/u/see.jpg")));
+    EXPECT_EQ(guarded.presentation(std::vector{screen}).value("style"), QStringLiteral("zoom"));
     const std::size_t writes = store.log.size();
     guarded.show(stills);
     EXPECT_EQ(store.log.size(), writes);
@@ -185,7 +188,7 @@ TEST_F(IconManagerSettingsTest, TheSyncsPictureWaitsWhileKeyedAndBecomesTheBackd
     EXPECT_EQ(guarded.current(screen), QUrl::fromLocalFile(stills.front().file));
 
     // Turning the sync off meanwhile puts the user's picture first in line again.
-    guarded.restore(QUrl::fromLocalFile(QStringLiteral("/home/u/see.jpg")), std::vector<ScreenInfo>{screen});
+    guarded.restore(QUrl::fromLocalFile(QStringLiteral("/home/u/see.jpg")), {}, std::vector<ScreenInfo>{screen});
     EXPECT_EQ(guarded.current(screen), QUrl::fromLocalFile(QStringLiteral("/home/u/see.jpg")));
     guarded.show(stills);
 

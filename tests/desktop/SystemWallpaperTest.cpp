@@ -94,6 +94,7 @@ public:
 };
 
 const QString userPicture = QStringLiteral("file:///usr/share/backgrounds/mein%20Bild.jpg");
+const QString userDarkPicture = QStringLiteral("file:///usr/share/backgrounds/mein%20Bild-dunkel.jpg");
 
 // The sync on a real model with a private settings file, real stills from the shader library,
 // and GNOME's real picture settings in a GSettings key file.
@@ -108,7 +109,7 @@ protected:
         gnome = GSettingsClient::open(QStringLiteral("org.gnome.desktop.background"));
         ASSERT_TRUE(gnome);
         gnome->setString(QStringLiteral("picture-uri"), userPicture);
-        gnome->setString(QStringLiteral("picture-uri-dark"), userPicture);
+        gnome->setString(QStringLiteral("picture-uri-dark"), userDarkPicture);
         gnome->setString(QStringLiteral("picture-options"), QStringLiteral("centered"));
         build(std::make_unique<GSettingsPicture>(GSettingsPicture::gnome));
     }
@@ -257,7 +258,8 @@ TEST_F(SystemWallpaperTest, TurningTheOptionOffPutsTheUsersPictureBackAndStopsWh
     model->setSyncSystemWallpaper(false);
     EXPECT_FALSE(sync->pending());
     EXPECT_EQ(shown(), userPicture);
-    EXPECT_EQ(gnome->getString(QStringLiteral("picture-uri-dark")), userPicture);
+    EXPECT_EQ(gnome->getString(QStringLiteral("picture-uri-dark")), userDarkPicture) << "shown as before, too";
+    EXPECT_EQ(gnome->getString(QStringLiteral("picture-options")), QStringLiteral("centered"));
     queue->advance(10);
     EXPECT_EQ(stills->renders, 1);
     EXPECT_EQ(shown(), userPicture);

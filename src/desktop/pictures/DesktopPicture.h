@@ -3,6 +3,7 @@
 #include <QRect>
 #include <QString>
 #include <QUrl>
+#include <QVariantMap>
 
 #include <memory>
 #include <optional>
@@ -34,8 +35,11 @@ public:
     // One still per screen, main screen first, filling the screen and cut to fit. A desktop
     // with one picture for all screens takes the first.
     virtual void show(std::span<const ScreenPicture> stills) = 0;
-    // The same picture on every screen.
-    virtual void restore(const QUrl& picture, std::span<const ScreenInfo> screens) = 0;
+    // How the desktop shows its picture now (scaling, a dark-mode variant), in the desktop's own
+    // setting names, so that it can be given back with the picture.
+    virtual QVariantMap presentation(std::span<const ScreenInfo> screens) = 0;
+    // The same picture on every screen, shown as `presentation` says; what it leaves out stays.
+    virtual void restore(const QUrl& picture, const QVariantMap& presentation, std::span<const ScreenInfo> screens) = 0;
 };
 
 // The desktops that have an adapter, as XDG_CURRENT_DESKTOP names them.

@@ -41,7 +41,26 @@ void GSettingsPicture::show(std::span<const ScreenPicture> stills) {
     if (!stills.empty()) write(QUrl::fromLocalFile(stills.front().file), true);
 }
 
-void GSettingsPicture::restore(const QUrl& picture, std::span<const ScreenInfo>) { write(picture, false); }
+// The scaling, and GNOME's picture for the dark style, which may differ from the light one.
+QVariantMap GSettingsPicture::presentation(std::span<const ScreenInfo>) {
+    QVariantMap shown;
+    const auto settings = GSettingsClient::open(keys_.schema);
+    if (!settings) return shown;
+    for (const QString& key : presentationKeys())
+        if (const std::optional<QString> value = settings->getString(key)) shown.insert(key, *value);
+    return shown;
+}
+
+void GSettingsPicture::restore(const QUrl& picture, const QVariantMap& presentation, std::span<const ScreenInfo>) {
+    write(picture, false);
+    auto settings = GSettingsClient::open(keys_.schema);
+    if (!settings) return;
+    for (const QString& key : presentationKeys())
+        if (presentation.value(key).typeId() == QMetaType::QString) settings->setString(key, presentation.value(key).toString());
+    GSettingsClient::sync();
+}
+
+QStringList GSettingsPicture::presentationKeys() const { return QStringList{pictureOptions} + keys_.uriKeys.mid(1); }
 
 void GSettingsPicture::write(const QUrl& picture, bool zoomed) {
     auto settings = GSettingsClient::open(keys_.schema);

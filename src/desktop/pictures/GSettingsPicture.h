@@ -28,9 +28,12 @@ public:
 
     std::optional<QUrl> current(const ScreenInfo& mainScreen) override;
     void show(std::span<const ScreenPicture> stills) override;
-    void restore(const QUrl& picture, std::span<const ScreenInfo> screens) override;
+    QVariantMap presentation(std::span<const ScreenInfo> screens) override;
+    void restore(const QUrl& picture, const QVariantMap& presentation, std::span<const ScreenInfo> screens) override;
 
 private:
+    // picture-options, and the URI keys after the first (GNOME's picture for the dark style).
+    QStringList presentationKeys() const;
     void write(const QUrl& picture, bool zoom);
 
     Keys keys_;

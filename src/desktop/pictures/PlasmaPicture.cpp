@@ -23,14 +23,16 @@ struct Placement {
     QString url;
 };
 
+const QString fillModeKey = QStringLiteral("FillMode");
+constexpr int scaledAndCropped = 2;
+
 // One picture per screen. The data go in as JSON, so no path can break the script's syntax.
-QString setScript(const std::vector<Placement>& placements, bool cropToFill) {
+QString setScript(const std::vector<Placement>& placements, std::optional<int> fillMode) {
     QJsonArray stills;
     for (const Placement& p : placements)
         stills.append(QJsonObject{{"x", p.geometry.x()}, {"y", p.geometry.y()}, {"url", p.url}});
     const QString data = QString::fromUtf8(QJsonDocument(stills).toJson(QJsonDocument::Compact));
-    // FillMode 2 is Plasma's "scaled and cropped".
-    const QString fill = cropToFill ? QStringLiteral("d.writeConfig('FillMode', 2);") : QString();
+    const QString fill = fillMode ? QStringLiteral("d.writeConfig('FillMode', %1);").arg(*fillMode) : QString();
     return QStringLiteral(R"(var stills = %1;
 var all = desktops();
 for (var i = 0; i < all.length; ++i) {
@@ -48,8 +50,8 @@ for (var i = 0; i < all.length; ++i) {
         .arg(data, fill);
 }
 
-// The picture of screen 0's desktop in the current activity, if it shows one.
-QString readScript() {
+// A setting of the picture of screen 0's desktop in the current activity, if it shows one.
+QString readScript(const QString& key) {
     return QStringLiteral(R"(var d = typeof desktopForScreen == 'function' ? desktopForScreen(0) : null;
 if (!d) {
     var all = desktops();
@@ -57,9 +59,9 @@ if (!d) {
 }
 if (d && d.wallpaperPlugin == 'org.kde.image') {
     d.currentConfigGroup = ['Wallpaper', 'org.kde.image', 'General'];
-    var image = d.readConfig('Image');
-    if (image) print(image);
-})");
+    var value = d.readConfig('%1');
+    if (value !== undefined && value !== null && value !== '') print(value);
+})").arg(key);
 }
 
 QDBusMessage evaluation(const QString& script) {
@@ -72,10 +74,14 @@ QDBusMessage evaluation(const QString& script) {
 
 PlasmaPicture::PlasmaPicture(QDBusConnection bus) : bus_(std::move(bus)) {}
 
+QString PlasmaPicture::read(const QString& key) {
+    const QDBusMessage reply = bus_.call(evaluation(readScript(key)), QDBus::Block, readTimeoutMs);
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return {};
+    return reply.arguments().constFirst().toString().trimmed();
+}
+
 std::optional<QUrl> PlasmaPicture::current(const ScreenInfo&) {
-    const QDBusMessage reply = bus_.call(evaluation(readScript()), QDBus::Block, readTimeoutMs);
-    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty()) return std::nullopt;
-    const QString image = reply.arguments().constFirst().toString().trimmed();
+    const QString image = read(QStringLiteral("Image"));
     if (image.isEmpty()) return std::nullopt;
     // Plasma keeps plain paths as well as URLs.
     return image.startsWith(u'/') ? QUrl::fromLocalFile(image) : QUrl(image);
@@ -86,14 +92,23 @@ void PlasmaPicture::show(std::span<const ScreenPicture> stills) {
     std::vector<Placement> placements;
     for (const ScreenPicture& s : stills)
         placements.push_back({s.screen.geometry, QUrl::fromLocalFile(s.file).toString(QUrl::FullyEncoded)});
-    evaluateLater(setScript(placements, true));
+    evaluateLater(setScript(placements, scaledAndCropped));
 }
 
-void PlasmaPicture::restore(const QUrl& picture, std::span<const ScreenInfo> screens) {
+QVariantMap PlasmaPicture::presentation(std::span<const ScreenInfo>) {
+    bool isNumber = false;
+    const int fillMode = read(fillModeKey).toInt(&isNumber);
+    if (!isNumber) return {};
+    return {{fillModeKey, fillMode}};
+}
+
+void PlasmaPicture::restore(const QUrl& picture, const QVariantMap& presentation, std::span<const ScreenInfo> screens) {
     std::vector<Placement> placements;
     for (const ScreenInfo& screen : screens) placements.push_back({screen.geometry, picture.toString(QUrl::FullyEncoded)});
     if (placements.empty()) placements.push_back({QRect(), picture.toString(QUrl::FullyEncoded)});
-    evaluateLater(setScript(placements, false));
+    std::optional<int> fillMode;
+    if (presentation.contains(fillModeKey)) fillMode = presentation.value(fillModeKey).toInt();
+    evaluateLater(setScript(placements, fillMode));
 }
 
 // Setting does not wait for the answer: plasmashell may take its time to load the pictures.

@@ -16,9 +16,12 @@ public:
 
     std::optional<QUrl> current(const ScreenInfo& mainScreen) override;
     void show(std::span<const ScreenPicture> stills) override;
-    void restore(const QUrl& picture, std::span<const ScreenInfo> screens) override;
+    QVariantMap presentation(std::span<const ScreenInfo> screens) override;
+    void restore(const QUrl& picture, const QVariantMap& presentation, std::span<const ScreenInfo> screens) override;
 
 private:
+    // A setting of the image plugin on screen 0's desktop, as the shell prints it; empty when none.
+    QString read(const QString& key);
     void evaluateLater(const QString& script);
 
     QDBusConnection bus_;

@@ -78,11 +78,28 @@ void XfcePicture::show(std::span<const ScreenPicture> stills) {
     }
 }
 
-void XfcePicture::restore(const QUrl& picture, std::span<const ScreenInfo> screens) {
+// Each backdrop's image-style, by its property: monitors and workspaces may differ.
+QVariantMap XfcePicture::presentation(std::span<const ScreenInfo> screens) {
+    QVariantMap shown;
+    for (const auto& [monitor, numbers] : targets(screens)) {
+        for (int workspace : numbers) {
+            const QString property = backdropProperty(monitor, workspace, "image-style");
+            if (const auto style = desktop_.get(property)) shown.insert(property, style->toInt());
+        }
+    }
+    return shown;
+}
+
+void XfcePicture::restore(const QUrl& picture, const QVariantMap& presentation, std::span<const ScreenInfo> screens) {
     if (!picture.isLocalFile()) return;
-    for (const auto& [monitor, numbers] : targets(screens))
-        for (int workspace : numbers)
+    for (const auto& [monitor, numbers] : targets(screens)) {
+        for (int workspace : numbers) {
+            const QString style = backdropProperty(monitor, workspace, "image-style");
+            // Remembered as JSON, the number may come back as a double; xfdesktop wants an int.
+            if (presentation.contains(style)) desktop_.set(style, presentation.value(style).toInt());
             desktop_.set(backdropProperty(monitor, workspace, "last-image"), picture.toLocalFile());
+        }
+    }
 }
 
 }  // namespace quellton

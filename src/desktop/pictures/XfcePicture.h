@@ -21,7 +21,8 @@ public:
 
     std::optional<QUrl> current(const ScreenInfo& mainScreen) override;
     void show(std::span<const ScreenPicture> stills) override;
-    void restore(const QUrl& picture, std::span<const ScreenInfo> screens) override;
+    QVariantMap presentation(std::span<const ScreenInfo> screens) override;
+    void restore(const QUrl& picture, const QVariantMap& presentation, std::span<const ScreenInfo> screens) override;
 
 private:
     // Monitor name (without "monitor") to the workspaces whose picture is set.

@@ -13,6 +13,7 @@ namespace {
 const QString kindKey = QStringLiteral("kind");
 const QString screensKey = QStringLiteral("screens");
 const QString urlKey = QStringLiteral("url");
+const QString presentationKey = QStringLiteral("presentation");
 
 QVariantMap screenValues(const ScreenInfo& screen, const QString& file = {}) {
     return {{QStringLiteral("name"), screen.name},
@@ -34,10 +35,13 @@ QVariantMap deferShow(std::span<const ScreenPicture> stills) {
     return {{kindKey, QStringLiteral("show")}, {screensKey, screens}};
 }
 
-QVariantMap deferRestore(const QUrl& picture, std::span<const ScreenInfo> screens) {
+QVariantMap deferRestore(const QUrl& picture, const QVariantMap& presentation, std::span<const ScreenInfo> screens) {
     QVariantList list;
     for (const ScreenInfo& screen : screens) list.append(screenValues(screen));
-    return {{kindKey, QStringLiteral("restore")}, {urlKey, picture.toString()}, {screensKey, list}};
+    return {{kindKey, QStringLiteral("restore")},
+            {urlKey, picture.toString()},
+            {presentationKey, presentation},
+            {screensKey, list}};
 }
 
 std::optional<QUrl> deferredResult(const QVariantMap& deferred) {
@@ -57,7 +61,7 @@ void replayDeferred(DesktopPicture& picture, const QVariantMap& deferred) {
     } else if (deferred.value(kindKey) == QStringLiteral("restore")) {
         std::vector<ScreenInfo> screens;
         for (const QVariant& v : values) screens.push_back(screenOf(v.toMap()));
-        picture.restore(QUrl(deferred.value(urlKey).toString()), screens);
+        picture.restore(QUrl(deferred.value(urlKey).toString()), deferred.value(presentationKey).toMap(), screens);
     }
 }
 
@@ -85,8 +89,17 @@ void GuardedDesktopPicture::show(std::span<const ScreenPicture> stills) {
     if (!defer(deferShow(stills))) inner_->show(stills);
 }
 
-void GuardedDesktopPicture::restore(const QUrl& picture, std::span<const ScreenInfo> screens) {
-    if (!defer(deferRestore(picture, screens))) inner_->restore(picture, screens);
+// While keyed, the desktop shows the key's style; the user's is in the record where the key replaced it.
+QVariantMap GuardedDesktopPicture::presentation(std::span<const ScreenInfo> screens) {
+    QVariantMap shown = inner_->presentation(screens);
+    if (const std::optional<BackdropRecord> record = vault_.record(recordName(manager_)))
+        for (auto it = shown.begin(); it != shown.end(); ++it)
+            if (record->settings.value(it.key()).isValid()) it.value() = record->settings.value(it.key());
+    return shown;
+}
+
+void GuardedDesktopPicture::restore(const QUrl& picture, const QVariantMap& presentation, std::span<const ScreenInfo> screens) {
+    if (!defer(deferRestore(picture, presentation, screens))) inner_->restore(picture, presentation, screens);
 }
 
 std::optional<IconManager> keyedManagerOf(PictureDesktop desktop) {

@@ -12,7 +12,7 @@ namespace quellton {
 
 // A change of the desktop's picture, kept as plain values until it can be made.
 QVariantMap deferShow(std::span<const ScreenPicture> stills);
-QVariantMap deferRestore(const QUrl& picture, std::span<const ScreenInfo> screens);
+QVariantMap deferRestore(const QUrl& picture, const QVariantMap& presentation, std::span<const ScreenInfo> screens);
 // The picture the desktop shows once the change is made.
 std::optional<QUrl> deferredResult(const QVariantMap& deferred);
 void replayDeferred(DesktopPicture& picture, const QVariantMap& deferred);
@@ -29,7 +29,8 @@ public:
 
     std::optional<QUrl> current(const ScreenInfo& mainScreen) override;
     void show(std::span<const ScreenPicture> stills) override;
-    void restore(const QUrl& picture, std::span<const ScreenInfo> screens) override;
+    QVariantMap presentation(std::span<const ScreenInfo> screens) override;
+    void restore(const QUrl& picture, const QVariantMap& presentation, std::span<const ScreenInfo> screens) override;
 
 private:
     // True when the change waits; false when the backdrop is the user's and it may be made now.
