@@ -2,6 +2,7 @@
 
 #include <QtGlobal>
 
+#include "AppModel.h"
 #include "WaylandDesktop.h"
 #include "WindowSystemGl.h"
 #include "X11Desktop.h"
@@ -11,7 +12,7 @@ namespace quellton {
 std::unique_ptr<DesktopHost> makeDesktopHost() {
     std::unique_ptr<DesktopHost> host;
     if (wl_display* display = windowSystemWaylandDisplay())
-        host = wayland::makeWaylandDesktop(display);
+        host = wayland::makeWaylandDesktop(display, AppModel::shared().settingsStore());
     else
         host = x11::makeX11Desktop();
     if (host) qInfo("Quellton: Schreibtisch-Anbindung: %s.", qUtf8Printable(host->name()));

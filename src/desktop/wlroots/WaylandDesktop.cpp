@@ -1,15 +1,12 @@
 #include "WaylandDesktop.h"
 
 #include <QDebug>
+#include <QProcessEnvironment>
 
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 
 #include "Canvas.h"
 #include "DisplayDispatcher.h"
@@ -18,6 +15,7 @@
 #include "SessionIdle.h"
 #include "Toplevels.h"
 #include "VisualRenderer.h"
+#include "WallpaperClients.h"
 
 namespace quellton::wayland {
 
@@ -26,21 +24,6 @@ namespace {
 template <typename T>
 T* bind(wl_registry* registry, uint32_t name, const wl_interface* interface, uint32_t offered, uint32_t wanted) {
     return static_cast<T*>(wl_registry_bind(registry, name, interface, std::min(offered, wanted)));
-}
-
-// Whether a process of this user has this name.
-bool ownProcessRuns(const std::string& name) {
-    std::error_code error;
-    for (const auto& entry : std::filesystem::directory_iterator("/proc", error)) {
-        const std::string pid = entry.path().filename().string();
-        if (pid.find_first_not_of("0123456789") != std::string::npos) continue;
-        struct stat info {};
-        if (stat(entry.path().c_str(), &info) != 0 || info.st_uid != getuid()) continue;
-        std::string comm;
-        std::getline(std::ifstream(entry.path() / "comm"), comm);
-        if (comm == name) return true;
-    }
-    return false;
 }
 
 }  // namespace
@@ -70,8 +53,8 @@ struct WaylandDesktop::Output {
     std::optional<bool> on;  // its display's power, where the compositor tells
 };
 
-WaylandDesktop::WaylandDesktop(wl_display* display, QObject* parent)
-    : DesktopHost(parent), display_(display), registry_(wl_display_get_registry(display)) {
+WaylandDesktop::WaylandDesktop(wl_display* display, std::unique_ptr<WallpaperClients> clients, QObject* parent)
+    : DesktopHost(parent), display_(display), registry_(wl_display_get_registry(display)), clients_(std::move(clients)) {
     static const wl_registry_listener listener{&WaylandDesktop::global, &WaylandDesktop::globalRemove};
     wl_registry_add_listener(registry_.get(), &listener, this);
     wl_display_roundtrip(display_);
@@ -247,11 +230,12 @@ void WaylandDesktop::start() {
         });
         powerPoll_.start(std::chrono::seconds(2));
     }
-    // sway stacks a newer background surface below the older ones, so its own wallpaper client
-    // stays on top of ours.
-    if (std::getenv("SWAYSOCK") && ownProcessRuns("swaybg"))
-        qWarning("Quellton: swaybg läuft und bedeckt unter sway das Bild; „swaybg_command -“ in der "
-                 "sway-Konfiguration schaltet es ab.");
+    if (clients_) {
+        stopWallpaperClients();
+        // A compositor starts its client again when its configuration is reloaded.
+        connect(&clientWatch_, &QTimer::timeout, this, &WaylandDesktop::stopWallpaperClients);
+        clientWatch_.start(std::chrono::seconds(3));
+    }
     const char* desktop = std::getenv("XDG_CURRENT_DESKTOP");
     if (desktop && std::strstr(desktop, "KDE"))
         qWarning("Quellton: KDE Plasma legt unter Wayland sein Schreibtischfenster über das Bild; in der "
@@ -265,6 +249,20 @@ void WaylandDesktop::start() {
         idle_->start();
     }
     updateAsleep();
+}
+
+// They would cover the picture: a compositor stacks a newer background surface below older ones.
+void WaylandDesktop::stopWallpaperClients() {
+    const QStringList stopped = clients_->stopRunning();
+    if (!stopped.isEmpty())
+        qInfo("Quellton: %s angehalten, solange das Bild läuft; es startet wieder, wenn Quellton endet.",
+              qUtf8Printable(stopped.join(QStringLiteral(", "))));
+}
+
+// Before our surfaces close, so the clients' pictures come back without a gap.
+void WaylandDesktop::stop() {
+    clientWatch_.stop();
+    if (clients_) clients_->restart();
 }
 
 std::vector<DesktopScreen> WaylandDesktop::screens() const {
@@ -352,8 +350,11 @@ void WaylandDesktop::lose() {
     emit coverageChanged();
 }
 
-std::unique_ptr<DesktopHost> makeWaylandDesktop(wl_display* display) {
-    auto desktop = std::make_unique<WaylandDesktop>(display);
+std::unique_ptr<DesktopHost> makeWaylandDesktop(wl_display* display, std::shared_ptr<SettingsStore> settings) {
+    QString socket = waylandSocketPath(QProcessEnvironment::systemEnvironment().toStringList());
+    auto clients = std::make_unique<WallpaperClients>(std::move(settings), compositorProcess(wl_display_get_fd(display)),
+                                                      std::move(socket));
+    auto desktop = std::make_unique<WaylandDesktop>(display, std::move(clients));
     if (!desktop->hasLayerShell()) return nullptr;
     return desktop;
 }

@@ -15,6 +15,7 @@
 
 namespace quellton {
 class SessionIdle;
+class SettingsStore;
 }
 
 namespace quellton::wayland {
@@ -23,6 +24,7 @@ class DisplayDispatcher;
 class LayerSurface;
 class SeatPointers;
 class Toplevels;
+class WallpaperClients;
 
 // The pointer over the desktop in Qt's global coordinates, shared with the render thread.
 struct PointerOverDesktop {
@@ -42,7 +44,9 @@ class WaylandDesktop : public DesktopHost {
     Q_OBJECT
 public:
     // Learns the compositor's globals and outputs with two round trips.
-    explicit WaylandDesktop(wl_display* display, QObject* parent = nullptr);
+    // With `clients`, the compositor's own wallpaper programs give way while the picture runs.
+    explicit WaylandDesktop(wl_display* display, std::unique_ptr<WallpaperClients> clients = nullptr,
+                            QObject* parent = nullptr);
     ~WaylandDesktop() override;
 
     // The compositor offers the background layer (wlr-layer-shell).
@@ -50,6 +54,7 @@ public:
 
     QString name() const override;
     void start() override;
+    void stop() override;
     std::vector<DesktopScreen> screens() const override;
     std::unique_ptr<WallpaperSurface> makeSurface(const DesktopScreen& screen) override;
     bool covered(const QRect& screen, double devicePixelRatio) const override;
@@ -75,6 +80,7 @@ private:
     void pointerAt(wl_surface* surface, std::optional<QPointF> local);
     void updateAsleep();
     void lose();
+    void stopWallpaperClients();
 
     wl_display* display_;
     Proxy<wl_registry> registry_;
@@ -93,12 +99,15 @@ private:
     std::unique_ptr<DisplayDispatcher> dispatcher_;
     std::vector<Placed> placed_;
     std::shared_ptr<PointerOverDesktop> pointer_ = std::make_shared<PointerOverDesktop>();
+    std::unique_ptr<WallpaperClients> clients_;
     QTimer powerPoll_;
+    QTimer clientWatch_;
     bool asleep_ = false;
     bool lost_ = false;
 };
 
 // The desktop on our Wayland connection; none where the compositor has no background layer.
-std::unique_ptr<DesktopHost> makeWaylandDesktop(wl_display* display);
+// The wallpaper programs it stops are remembered in `settings`.
+std::unique_ptr<DesktopHost> makeWaylandDesktop(wl_display* display, std::shared_ptr<SettingsStore> settings);
 
 }  // namespace quellton::wayland

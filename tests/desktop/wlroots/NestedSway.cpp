@@ -63,17 +63,18 @@ void endLeftovers(const std::string& home) {
 
 }  // namespace
 
-NestedSway::NestedSway() {
+NestedSway::NestedSway(const std::string& innerBackground) {
     std::string pattern = (fs::temp_directory_path() / "quellton-sway-XXXXXX").string();
     if (!mkdtemp(pattern.data())) return;
     dir_ = pattern;
     fs::permissions(dir_, fs::perms::owner_all | fs::perms::group_read | fs::perms::group_exec |
                               fs::perms::others_read | fs::perms::others_exec);
     makeDir(dir_ + "/home", fs::perms::owner_all);
-    // No swaybg: the desktop is sway's flat clear colour. The outer sway lets the inner one's
-    // outputs keep the size they ask for.
+    // Without a background line no swaybg: the desktop is sway's flat clear colour. The outer sway
+    // lets the inner one's outputs keep the size they ask for.
     writeFile(dir_ + "/outer.conf", "swaybg_command -\nfor_window [app_id=\"wlroots\"] floating enable\n");
-    writeFile(dir_ + "/inner.conf", "swaybg_command -\ndefault_border none\nfocus_follows_mouse no\n");
+    writeFile(dir_ + "/inner.conf", (innerBackground.empty() ? "swaybg_command -\n" : innerBackground + "\n") +
+                                        "default_border none\nfocus_follows_mouse no\n");
 
     const std::string outerRuntime = makeDir(dir_ + "/outer-runtime", fs::perms::owner_all);
     outer_ = startSway(outerRuntime, dir_ + "/outer.conf",

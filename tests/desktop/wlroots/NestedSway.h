@@ -15,7 +15,8 @@ namespace quellton::test {
 // refuses root), with software rendering, in a temporary folder; clients connect to the inner one.
 class NestedSway {
 public:
-    NestedSway();
+    // `innerBackground`: a line of sway's configuration that gives the inner desktop its picture.
+    explicit NestedSway(const std::string& innerBackground = {});
     ~NestedSway();
     NestedSway(const NestedSway&) = delete;
     NestedSway& operator=(const NestedSway&) = delete;

@@ -53,7 +53,8 @@ pid_t startProgram(const test::NestedSway& sway, const std::string& arguments) {
     const std::string program = sway.dir() + "/quellton";
     fs::copy_file(QUELLTON_BINARY, program, fs::copy_options::overwrite_existing);
     fs::create_directories(sway.dir() + "/home/.config/Quellton");
-    std::ofstream(sway.dir() + "/home/.config/Quellton/Quellton.conf") << "[General]\nfps=30\n";
+    const std::string settings = sway.dir() + "/home/.config/Quellton/Quellton.conf";
+    if (!fs::exists(settings)) std::ofstream(settings) << "[General]\nfps=30\n";
     if (test::run("chown -R --reference=" + sway.dir() + "/home " + sway.dir() + "/home") != 0) return -1;
     const std::string environment = "XDG_RUNTIME_DIR=" + sway.dir() + "/inner-runtime WAYLAND_DISPLAY=" + sway.socket();
     return test::spawn(
@@ -107,6 +108,53 @@ TEST(WaylandProgram, PaintsEveryOutputOfASwaySessionAndOutlivesItsChanges) {
 
     ASSERT_TRUE(stopProgram());
     EXPECT_EQ(exitStatus(pid, std::chrono::seconds(20)), 0);
+}
+
+// sway's stock configuration starts swaybg, whose surface would lie above ours: it gives way while
+// the program runs, also across a crash, and comes back as it ran when the program ends.
+TEST(WaylandProgram, SwaysOwnWallpaperClientGivesWayAndComesBack) {
+    std::string stockLine;
+    for (std::ifstream config("/etc/sway/config"); std::getline(config, stockLine);)
+        if (stockLine.starts_with("output * bg ")) break;
+    ASSERT_TRUE(stockLine.starts_with("output * bg ")) << "sway's stock configuration has no background line";
+    test::NestedSway sway(stockLine);
+    ASSERT_TRUE(sway.ready());
+    // Its arguments, without the program's name, which may come back as a full path.
+    const auto swaybg = [] { return test::output("pgrep -a -x swaybg | cut -d' ' -f3-"); };
+    ASSERT_TRUE(eventually([&] { return !swaybg().empty(); }));
+    const std::string swaybgLine = swaybg();
+    QImage wallpaper;
+    ASSERT_TRUE(eventually([&] { return nonFlatShare(wallpaper = sway.grab()) > 0.5; })) << "swaybg drew nothing";
+
+    const std::string program = sway.dir() + "/quellton";
+    const auto stopProgram = [&](const char* signal) {
+        return test::run("pkill -" + std::string(signal) + " -f -x '" + program + " --autostart'") == 0;
+    };
+    pid_t pid = startProgram(sway, "--autostart");
+    const std::unique_ptr<void, std::function<void(void*)>> cleanup(&sway, [&](void*) {
+        stopProgram("TERM");
+        if (running(pid)) test::terminate(pid);
+    });
+    const auto pictureMoves = [&] {
+        return eventually([&] {
+            const QImage a = sway.grab();
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+            return a != sway.grab() && nonFlatShare(a) > 0.5;
+        }, std::chrono::seconds(90));
+    };
+    ASSERT_TRUE(pictureMoves()) << "the picture does not show over swaybg's";
+    EXPECT_TRUE(eventually([&] { return swaybg().empty(); }));
+    keepShot(sway.grab(), "program-over-swaybg");
+
+    ASSERT_TRUE(stopProgram("KILL"));
+    exitStatus(pid, std::chrono::seconds(20));
+    pid = startProgram(sway, "--autostart");
+    ASSERT_TRUE(pictureMoves());
+    ASSERT_TRUE(stopProgram("TERM"));
+    EXPECT_EQ(exitStatus(pid, std::chrono::seconds(20)), 0);
+    EXPECT_TRUE(eventually([&] { return swaybg() == swaybgLine; })) << "swaybg did not come back as it ran: " << swaybg();
+    EXPECT_TRUE(eventually([&] { return sway.grab() == wallpaper; })) << "the desktop is not swaybg's picture again";
+    keepShot(sway.grab(), "swaybg-back");
 }
 
 // Logging out ends the compositor: the program ends within seconds, its gallery open.
