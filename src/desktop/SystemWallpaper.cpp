@@ -1,6 +1,5 @@
 #include "SystemWallpaper.h"
 
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <QDir>
@@ -15,13 +14,11 @@
 #include "AppModel.h"
 #include "ProcessWide.h"
 #include "SerialExecutor.h"
+#include "ThreadPriority.h"
 
 namespace quellton {
 
 namespace {
-
-// The stills are a background chore: the live pictures come first.
-void lowerThreadPriority() { setpriority(PRIO_PROCESS, pid_t(gettid()), 10); }
 
 // Every entry goes, whatever made it; an entry that cannot be deleted stays.
 void emptyFolder(const QString& folder) {
@@ -46,7 +43,7 @@ struct SystemWallpaper::Run {
     std::shared_ptr<Clock> clock;
 
     std::vector<ScreenPicture> execute() const {
-        lowerThreadPriority();
+        lowerThisThreadsPriority();  // a chore: the live pictures come first
         QDir().mkpath(folder);
         emptyFolder(folder);
         std::vector<ScreenPicture> written;

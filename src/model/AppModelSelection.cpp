@@ -87,6 +87,8 @@ void AppModel::toggleMix(const std::string& id) {
 
 void AppModel::start() {
     if (timer_) return;
+    // The cached thumbnails need no compiling: they show at once; the missing ones follow the compilation.
+    if (services.hooks.renderThumbnails) services.hooks.renderThumbnails();
     if (services.shaders) {
         QPointer<AppModel> self(this);
         // The completion may outlive the model: it takes its own copies of what it calls. The

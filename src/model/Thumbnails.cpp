@@ -7,12 +7,12 @@
 #include <QStandardPaths>
 
 #include <pthread.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include "AppModel.h"
 #include "Catalog.h"
 #include "SerialExecutor.h"
+#include "ThreadPriority.h"
 #include "ShaderLibrary.h"
 
 namespace quellton {
@@ -31,7 +31,7 @@ std::optional<QImage> loadCached(const std::filesystem::path& file) {
 void becomeThumbnailThread() {
     const std::string name = QUELLTON_APP_ID ".thumbnails";
     pthread_setname_np(pthread_self(), name.substr(name.size() - 15).c_str());
-    setpriority(PRIO_PROCESS, pid_t(gettid()), 10);
+    lowerThisThreadsPriority();
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "Catalog.h"
 #include "ProcessWide.h"
 #include "ShaderSource.h"
+#include "ThreadPriority.h"
 #include "gl/EglProvider.h"
 
 namespace quellton {
@@ -219,12 +220,13 @@ void ShaderLibrary::warmUp(const Pipeline& pipeline) {
     glFinish();
 }
 
-void ShaderLibrary::compileInParallel(std::span<const Visualizer> entries, bool warm) {
+void ShaderLibrary::compileInParallel(std::span<const Visualizer> entries, bool warm, bool behindLiveWork) {
     const unsigned workers = std::max(1u, std::min(std::thread::hardware_concurrency(), unsigned(entries.size())));
     std::atomic<std::size_t> next{0};
     std::vector<std::thread> threads;
     for (unsigned w = 0; w < workers; ++w)
         threads.emplace_back([&] {
+            if (behindLiveWork) lowerThisThreadsPriority();
             for (std::size_t i; !stopping_ && (i = next++) < entries.size();) compile(entries[i], warm);
             releaseThreadContext();
         });
@@ -258,7 +260,8 @@ void ShaderLibrary::compileAll(std::vector<Visualizer> list, std::optional<std::
             compile(entries.front(), true);
             releaseThreadContext();
         }
-        compileInParallel(std::span(entries).subspan(entries.empty() ? 0 : 1), true);
+        // The others wait behind the live picture and the gallery, which already can be drawn.
+        compileInParallel(std::span(entries).subspan(entries.empty() ? 0 : 1), true, true);
         if (!stopping_ && completion) postToMainThread(completion);
     });
 }

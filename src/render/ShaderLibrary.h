@@ -85,7 +85,7 @@ public:
     static std::vector<std::string> compileOrder(std::span<const Visualizer> entries, const std::optional<std::string>& first);
 
 private:
-    void compileInParallel(std::span<const Visualizer> entries, bool warm);
+    void compileInParallel(std::span<const Visualizer> entries, bool warm, bool behindLiveWork = false);
     std::optional<Pipeline> link(const std::string& fragment, bool feedback, std::string& log);
     void warmUp(const Pipeline& pipeline);
 
