@@ -52,10 +52,7 @@ void AppDelegate::showGallery() {
         });
         quitOnKey(*gallery);
     }
-    gallery->setWindowStates(gallery->windowStates() & ~Qt::WindowMinimized);
-    gallery->show();
-    gallery->raise();
-    gallery->requestActivate();
+    presentGalleryWindow(*gallery);
 }
 
 void AppDelegate::windowWillClose() { AppModel::shared().setHoverID(std::nullopt); }

@@ -7,8 +7,10 @@
 namespace quellton {
 
 // The gallery window, made once by the application delegate and kept for the life of the process.
-// The delegate uses only QWindow's own interface on it: show, raise, activate, and the visibility
-// change that tells it the window was closed.
+// Its scene is made in the background: it shows only once it can be drawn.
 std::unique_ptr<QWindow> makeGalleryWindow();
+// Shows the window made above (at once, or as soon as its scene is made), raised and activated.
+// The delegate learns of closing from QWindow's own visibility change.
+void presentGalleryWindow(QWindow& window);
 
 }  // namespace quellton

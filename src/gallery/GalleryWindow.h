@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMargins>
+#include <QQmlComponent>
 #include <QQuickView>
 #include <QTimer>
 
@@ -29,10 +30,17 @@ public:
 
     Gallery& gallery() { return gallery_; }
 
+    // Shows, raised and activated; until its scene is made it stays hidden and shows once it is.
+    void present();
+
 protected:
     bool event(QEvent* event) override;
 
 private:
+    class SceneIncubator;
+    void loadScene();
+    void sceneMade(QObject* scene);
+
     void restorePlacement();
     // At `wanted`, or the first place, fitted to the screen with the frame known now.
     void place(std::optional<QRect> wanted);
@@ -43,6 +51,10 @@ private:
     DesktopAppearance appearance_;
     QTimer remember_;
     QMargins placedFrame_;
+    QQmlComponent* component_ = nullptr;
+    std::unique_ptr<SceneIncubator> incubator_;
+    bool sceneReady_ = false;
+    bool presentWhenReady_ = false;
 };
 
 }  // namespace quellton

@@ -32,7 +32,7 @@ int main(int argc, char** argv) {
     }
     AppModel::shared().start();
     std::unique_ptr<QWindow> gallery = makeGalleryWindow();
-    gallery->show();
+    presentGalleryWindow(*gallery);
 
     QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&input, &QSocketNotifier::activated, [&] {

@@ -54,7 +54,9 @@ class Gallery(gallery_window.GalleryWindow):
         def read():
             rows = self.app.find_all(role="list item", within=self.sidebar)
             texts = [(n.name, n.children[0].name) for n in rows]
-            return texts if texts and all(t.isdigit() for _, t in texts) else None
+            # The list fills in as it is laid out for the first frames.
+            complete = len(texts) == 2 + len(CATEGORIES)
+            return texts if complete and all(t.isdigit() for _, t in texts) else None
         texts = self.wait(read, "sidebar badges with numbers")
         return {name: int(text) for name, text in texts}
 

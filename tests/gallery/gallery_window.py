@@ -42,6 +42,8 @@ class GalleryWindow(unittest.TestCase):
         log = os.path.join(cls.desktop.folder, "harness.log")
         cls.app = cls.desktop.launch([HARNESS], "Quellton", stdin=True, log=log)
         cls.frame = cls.app.find(role="frame", timeout=60)
+        # The window exists before its scene is made, and shows once it can be drawn.
+        cls.desktop.wait(lambda: cls.frame.showing and cls.frame.children, 60, "the window did not show its scene")
         cls.desktop.wait(lambda: cls.frame.name == FIRST_TITLE, 30, "first title")
 
     def setUp(self):
