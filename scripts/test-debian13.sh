@@ -44,8 +44,11 @@ EOF
 fi
 
 # The checkout as it is, without build folders; the root's build folder is its own.
+# A fresh copy each run, stamped now: files deleted here must go there too, and a file whose kept
+# stamp predates the root's last build would otherwise not be rebuilt (ccache keeps this cheap).
+rm -rf "$root/src/quellton"
 mkdir -p "$root/src/quellton"
-tar -C "$here" --exclude=./build --exclude=./build-asan --exclude=./.git -cf - . | tar -C "$root/src/quellton" -xf -
+tar -C "$here" --exclude=./build --exclude=./build-asan --exclude=./.git -cf - . | tar -C "$root/src/quellton" -xmf -
 
 # One command inside the root, with /proc, /sys, /dev and fresh /tmp and /dev/shm mounted
 # in a private mount namespace (the namespace's end takes the mounts with it).
