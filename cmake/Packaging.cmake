@@ -15,6 +15,11 @@ set(QUELLTON_QML_PACKAGES
   qml6-module-qtqml-models
   qml6-module-qtqml-workerscript
   qml6-module-qt5compat-graphicaleffects)
+# From Qt 6.8 on (Debian 13) the QML module itself (import QML) has a package of its own.
+execute_process(COMMAND dpkg-query -W -f=\${Status} qml6-module-qml OUTPUT_VARIABLE qml_module_status ERROR_QUIET)
+if(qml_module_status MATCHES "installed")
+  list(APPEND QUELLTON_QML_PACKAGES qml6-module-qml)
+endif()
 set(QUELLTON_RUNTIME_PACKAGES libegl-mesa0 libgl1-mesa-dri qt6-wayland ${QUELLTON_QML_PACKAGES})
 list(JOIN QUELLTON_RUNTIME_PACKAGES ", " runtime_depends)
 
