@@ -252,10 +252,6 @@ void WaylandDesktop::start() {
     if (std::getenv("SWAYSOCK") && ownProcessRuns("swaybg"))
         qWarning("Quellton: swaybg läuft und bedeckt unter sway das Bild; „swaybg_command -“ in der "
                  "sway-Konfiguration schaltet es ab.");
-    const char* desktop = std::getenv("XDG_CURRENT_DESKTOP");
-    if (desktop && std::strstr(desktop, "KDE"))
-        qWarning("Quellton: KDE Plasma legt unter Wayland sein Schreibtischfenster über das Bild; in der "
-                 "X11-Sitzung von Plasma ist es zu sehen.");
     dispatcher_ = std::make_unique<DisplayDispatcher>(display_);
     connect(dispatcher_.get(), &DisplayDispatcher::connectionLost, this, &WaylandDesktop::lose);
     if (!power_) {

@@ -1,0 +1,51 @@
+// Plasma 5: the live picture of this desktop's screen, from the program's PipeWire stream, over a
+// still of it for the times no stream runs. The program writes the configuration; this only shows it.
+// Plasma 5 has no D-Bus for QML, so presses are not forwarded from here.
+import QtQuick 2.15
+import org.kde.pipewire 0.1 as PipeWire
+import org.kde.plasma.core 2.0 as PlasmaCore
+
+Item {
+    id: root
+
+    readonly property int nodeId: wallpaper.configuration.NodeId
+    readonly property int generation: wallpaper.configuration.Generation
+
+    // Never black: a dark tone until the still has loaded.
+    Rectangle {
+        anchors.fill: parent
+        color: "#101820"
+    }
+
+    Image {
+        anchors.fill: parent
+        source: wallpaper.configuration.Still
+        fillMode: Image.PreserveAspectCrop
+        asynchronous: true
+        cache: false
+    }
+
+    // One view per node and generation: a changed model makes it anew, connected to the new stream.
+    Repeater {
+        model: root.nodeId > 0 ? [root.nodeId + "/" + root.generation] : []
+        delegate: PipeWire.PipeWireSourceItem {
+            width: root.width
+            height: root.height
+            nodeId: root.nodeId
+            visible: state === PipeWire.PipeWireSourceItem.Streaming
+        }
+    }
+
+    // The gallery through the program itself: a second start asks the running one to show it.
+    PlasmaCore.DataSource {
+        id: launcher
+        engine: "executable"
+        onNewData: disconnectSource(sourceName)
+    }
+
+    function action_gallery() {
+        launcher.connectSource("@QUELLTON_EXECUTABLE@");
+    }
+
+    Component.onCompleted: wallpaper.setAction("gallery", "Galerie öffnen …", "@QUELLTON_APP_ID@")
+}

@@ -1,0 +1,71 @@
+// Plasma 6: the live picture of this desktop's screen, from the program's PipeWire stream, over a
+// still of it for the times no stream runs. Presses and the gallery entry go to the program over
+// the session bus. The program writes the configuration; this only shows it and forwards.
+import QtQuick
+import org.kde.pipewire as PipeWire
+import org.kde.plasma.core as PlasmaCore
+import org.kde.plasma.plasmoid
+import org.kde.plasma.workspace.dbus as DBus
+
+WallpaperItem {
+    id: root
+
+    readonly property int nodeId: configuration.NodeId
+    readonly property int generation: configuration.Generation
+
+    function callProgram(member, args) {
+        DBus.SessionBus.asyncCall({
+            "service": "@QUELLTON_APP_ID@",
+            "path": "/io/github/quellton/Quellton",
+            "iface": "@QUELLTON_WALLPAPER_INTERFACE@",
+            "member": member,
+            "arguments": args
+        });
+    }
+
+    // Never black: a dark tone until the still has loaded.
+    Rectangle {
+        anchors.fill: parent
+        color: "#101820"
+    }
+
+    Image {
+        anchors.fill: parent
+        source: root.configuration.Still
+        fillMode: Image.PreserveAspectCrop
+        asynchronous: true
+        cache: false
+    }
+
+    // One view per node and generation: a changed model makes it anew, connected to the new stream.
+    Repeater {
+        model: root.nodeId > 0 ? [root.nodeId + "/" + root.generation] : []
+        delegate: PipeWire.PipeWireSourceItem {
+            width: root.width
+            height: root.height
+            nodeId: root.nodeId
+            visible: state === PipeWire.PipeWireSourceItem.Streaming
+        }
+    }
+
+    // Sees every press on the desktop, also on icons; only newly pressed buttons are sent. JavaScript
+    // numbers travel as doubles, which is what the program's Press takes.
+    HoverHandler {
+        property int held: 0
+        onPointChanged: {
+            const buttons = point.pressedButtons;
+            const pressed = buttons & ~held;
+            held = buttons;
+            if (pressed && root.nodeId > 0)
+                root.callProgram("Press", [root.nodeId, point.position.x, point.position.y, pressed]);
+        }
+    }
+
+    contextualActions: [
+        PlasmaCore.Action {
+            text: "Galerie öffnen …"
+            icon.name: "@QUELLTON_APP_ID@"
+            onTriggered: root.callProgram("OpenGallery", [])
+        }
+    ]
+}
