@@ -9,6 +9,7 @@ Item {
     id: root
 
     readonly property int nodeId: wallpaper.configuration.NodeId
+    property bool streaming: false
     readonly property int generation: wallpaper.configuration.Generation
 
     // Never black: a dark tone until the still has loaded.
@@ -17,23 +18,27 @@ Item {
         color: "#101820"
     }
 
-    Image {
-        anchors.fill: parent
-        source: wallpaper.configuration.Still
-        fillMode: Image.PreserveAspectCrop
-        asynchronous: true
-        cache: false
-    }
-
     // One view per node and generation: a changed model makes it anew, connected to the new stream.
+    // The view stays visible (kpipewire connects only then) under the still until frames come.
     Repeater {
         model: root.nodeId > 0 ? [root.nodeId + "/" + root.generation] : []
         delegate: PipeWire.PipeWireSourceItem {
             width: root.width
             height: root.height
             nodeId: root.nodeId
-            visible: state === PipeWire.PipeWireSourceItem.Streaming
+            onStateChanged: root.streaming = state === PipeWire.PipeWireSourceItem.Streaming
+            Component.onDestruction: root.streaming = false
         }
+    }
+
+    // Loaded afresh whenever the stream stops, so it is the newest still the program wrote.
+    Image {
+        anchors.fill: parent
+        visible: !root.streaming
+        source: root.streaming ? "" : wallpaper.configuration.Still
+        fillMode: Image.PreserveAspectCrop
+        asynchronous: true
+        cache: false
     }
 
     // The gallery through the program itself: a second start asks the running one to show it.

@@ -11,6 +11,7 @@ WallpaperItem {
     id: root
 
     readonly property int nodeId: configuration.NodeId
+    property bool streaming: false
     readonly property int generation: configuration.Generation
 
     function callProgram(member, args) {
@@ -29,23 +30,27 @@ WallpaperItem {
         color: "#101820"
     }
 
-    Image {
-        anchors.fill: parent
-        source: root.configuration.Still
-        fillMode: Image.PreserveAspectCrop
-        asynchronous: true
-        cache: false
-    }
-
     // One view per node and generation: a changed model makes it anew, connected to the new stream.
+    // The view stays visible (kpipewire connects only then) under the still until frames come.
     Repeater {
         model: root.nodeId > 0 ? [root.nodeId + "/" + root.generation] : []
         delegate: PipeWire.PipeWireSourceItem {
             width: root.width
             height: root.height
             nodeId: root.nodeId
-            visible: state === PipeWire.PipeWireSourceItem.Streaming
+            onStateChanged: root.streaming = state === PipeWire.PipeWireSourceItem.Streaming
+            Component.onDestruction: root.streaming = false
         }
+    }
+
+    // Loaded afresh whenever the stream stops, so it is the newest still the program wrote.
+    Image {
+        anchors.fill: parent
+        visible: !root.streaming
+        source: root.streaming ? "" : root.configuration.Still
+        fillMode: Image.PreserveAspectCrop
+        asynchronous: true
+        cache: false
     }
 
     // Sees every press on the desktop, also on icons; only newly pressed buttons are sent. JavaScript
