@@ -71,6 +71,8 @@ void PlasmaDesktop::start() {
     auto* object = new QObject(this);
     new PressAdaptor(object, this);
     bus_.registerObject(pressPath, object, QDBusConnection::ExportAdaptors);
+    // Before anything of ours (or the desktop-picture sync) changes a desktop.
+    saveUserWallpapers();
     connectPipeWire();
 }
 
@@ -109,7 +111,7 @@ std::unique_ptr<WallpaperSurface> PlasmaDesktop::makeSurface(const DesktopScreen
 void PlasmaDesktop::saveUserWallpapers() {
     if (saved_->saved()) return;  // a crash left them there: those are still the user's
     QString answer;
-    if (evaluate(savedWallpapersScript(), &answer)) saved_->keepFirst(answer.trimmed().toUtf8());
+    if (evaluate(savedWallpapersScript(), &answer)) saved_->keepFirst(answer.trimmed().toUtf8(), pluginId);
 }
 
 void PlasmaDesktop::place(StreamSurface& surface) {

@@ -2,6 +2,7 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 
 #include "SettingsStore.h"
 
@@ -12,12 +13,14 @@ namespace {
 // Base64, so the INI file keeps the JSON's commas and quotes as they are.
 const SettingKey<QString> savedKey{QStringLiteral("PlasmaWallpaper/saved")};
 
-std::optional<QByteArray> validArray(const QByteArray& json) {
+std::optional<QJsonArray> validArray(const QByteArray& json) {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(json, &error);
     if (error.error != QJsonParseError::NoError || !document.isArray() || document.array().isEmpty()) return std::nullopt;
-    return document.toJson(QJsonDocument::Compact);
+    return document.array();
 }
+
+QByteArray compact(const QJsonArray& array) { return QJsonDocument(array).toJson(QJsonDocument::Compact); }
 
 }  // namespace
 
@@ -26,12 +29,24 @@ SavedWallpapers::SavedWallpapers(std::shared_ptr<SettingsStore> settings) : sett
 std::optional<QByteArray> SavedWallpapers::saved() const {
     const QString text = settings_->get(savedKey);
     if (text.isEmpty()) return std::nullopt;
-    return validArray(QByteArray::fromBase64(text.toLatin1()));
+    const auto array = validArray(QByteArray::fromBase64(text.toLatin1()));
+    if (!array) return std::nullopt;
+    return compact(*array);
 }
 
-void SavedWallpapers::keepFirst(const QByteArray& wallpapers) {
+void SavedWallpapers::keepFirst(const QByteArray& wallpapers, const QString& ours) {
     if (saved()) return;
-    if (const auto valid = validArray(wallpapers)) settings_->set(savedKey, QString::fromLatin1(valid->toBase64()));
+    auto array = validArray(wallpapers);
+    if (!array) return;
+    // Ours already there (an earlier run's record got lost): Plasma's own default is given back.
+    for (qsizetype i = 0; i < array->size(); ++i) {
+        QJsonObject desktop = array->at(i).toObject();
+        if (desktop.value(QStringLiteral("plugin")).toString() != ours) continue;
+        desktop[QStringLiteral("plugin")] = QStringLiteral("org.kde.image");
+        desktop[QStringLiteral("config")] = QJsonObject();
+        array->replace(i, desktop);
+    }
+    settings_->set(savedKey, QString::fromLatin1(compact(*array).toBase64()));
 }
 
 void SavedWallpapers::forget() { settings_->remove(savedKey.name); }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
 
 #include <memory>
 #include <optional>
@@ -20,8 +21,9 @@ public:
 
     // The saved JSON array; none when nothing is kept or the record is damaged.
     std::optional<QByteArray> saved() const;
-    // Keeps `wallpapers` unless a record is already kept (then those are still the user's own).
-    void keepFirst(const QByteArray& wallpapers);
+    // Keeps `wallpapers` unless a record is already kept (then those are still the user's own);
+    // a desktop already showing `ours` is kept as Plasma's default image wallpaper.
+    void keepFirst(const QByteArray& wallpapers, const QString& ours);
     void forget();
 
 private:
