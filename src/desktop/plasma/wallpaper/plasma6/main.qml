@@ -11,6 +11,8 @@ WallpaperItem {
     id: root
 
     readonly property int nodeId: configuration.NodeId
+    // True once frames have come for a moment: a new picture fades in from black, so the still
+    // stays over it until then.
     property bool streaming: false
     readonly property int generation: configuration.Generation
 
@@ -38,16 +40,31 @@ WallpaperItem {
             width: root.width
             height: root.height
             nodeId: root.nodeId
-            onStateChanged: root.streaming = state === PipeWire.PipeWireSourceItem.Streaming
-            Component.onDestruction: root.streaming = false
+            onStateChanged: {
+                root.streaming = false;
+                if (state === PipeWire.PipeWireSourceItem.Streaming)
+                    settle.restart();
+                else
+                    settle.stop();
+            }
+            Component.onDestruction: {
+                settle.stop();
+                root.streaming = false;
+            }
         }
+    }
+
+    Timer {
+        id: settle
+        interval: 2000
+        onTriggered: root.streaming = true
     }
 
     // Loaded afresh whenever the stream stops, so it is the newest still the program wrote.
     Image {
         anchors.fill: parent
         visible: !root.streaming
-        source: root.streaming ? "" : root.configuration.Still
+        source: root.streaming ? "" : (root.configuration.Still || "")
         fillMode: Image.PreserveAspectCrop
         asynchronous: true
         cache: false
