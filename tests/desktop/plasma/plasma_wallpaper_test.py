@@ -115,13 +115,13 @@ class PlasmaWallpaper(unittest.TestCase):
         """Two screenshots once the live picture runs, a second apart. Until it runs, the plugin
         shows a still or a dark tone, never black (a new picture fades in from black); only Plasma's
         own switch of plugins may show black for a moment."""
-        first = poll_until(lambda: (lambda shot: crop(shot, PICTURE, "n").mean() > 0.03 and shot)(
+        first = poll_until(lambda: (lambda shot: crop(shot, PICTURE, "n").mean() > 0.01 and shot)(
             self.plasma.screenshot()), 2, 0.2)
         self.assertTrue(first, "black after the switch to our plugin")
 
         def changed():
             shot = crop(self.plasma.screenshot(), PICTURE, "p")
-            self.assertGreater(shot.mean(), 0.03, "black while the stream starts")
+            self.assertGreater(shot.mean(), 0.01, "black while the stream starts")
             return shot.difference(crop(first, PICTURE, "p")) > 0.01
         self.assertTrue(poll_until(changed, 30, 0.3), "the picture never changes")
         time.sleep(1)
