@@ -16,6 +16,7 @@ linked). The session's environment (.env) is what programs under test are starte
 
     .plasmashell            the running plasmashell (a subprocess.Popen)
     .evaluate(script)       org.kde.PlasmaShell.evaluateScript; returns what the script print()s
+    .kwin_script(text)      runs JavaScript in KWin (e.g. to make a window fullscreen)
     .wallpaper(key...)      screen 0's desktop: (plugin, {key: value}) of its current plugin's General group
     .screenshot(path=None)  desktop_session.Image; copied into $QUELLTON_TEST_SHOTS too when that is set
     .logs()                 the end of KWin's and plasmashell's logs, for failure messages
@@ -124,6 +125,19 @@ print(JSON.stringify({plugin: d.wallpaperPlugin, values: values}));""" % json.du
     d.writeConfig('Image', %r);
     d.writeConfig('FillMode', %d);
 });""" % (image_url, fill_mode))
+
+    def kwin_script(self, text):
+        """Runs a KWin script (JavaScript on KWin's `workspace`), as a user's KWin script would."""
+        self._scripts = getattr(self, "_scripts", 0) + 1
+        path = self._path(f"kwin-script-{self._scripts}.js")
+        with open(path, "w") as script:
+            script.write(text)
+        for argv in (["org.kde.kwin.Scripting.loadScript", path, f"quellton-test-{self._scripts}"],
+                     ["org.kde.kwin.Scripting.start"]):
+            result = subprocess.run(["qdbus", "org.kde.KWin", "/Scripting", *argv], env=self.env, capture_output=True,
+                                    text=True, timeout=30)
+            if result.returncode != 0:
+                raise SessionError(f"KWin refused the script: {result.stdout}{result.stderr}")
 
     def install_wallpaper(self, package):
         """Our plugin where a user's own Plasma wallpapers live (plasmashell finds new ones when asked)."""

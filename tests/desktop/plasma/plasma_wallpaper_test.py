@@ -95,6 +95,20 @@ class PlasmaWallpaper(unittest.TestCase):
         self.assertTrue(back, f"not given back: {self.plasma.wallpaper(*values)}\n{self.logs()}")
         self.assertIsNone(saved_record(self.config), "the saved wallpapers stay in the settings")
 
+    def stream_state(self):
+        """PipeWire's state of our video node: running while someone watches it."""
+        for item in json.loads(self.pipewire.run(["pw-dump"]).stdout):
+            info = item.get("info") or {}
+            props = info.get("props") or {}
+            if props.get("media.class") == "Video/Source" and props.get("node.name") == "quellton":
+                return info.get("state")
+        return None
+
+    def covering_window(self):
+        if KIND == "wayland":
+            return ["weston-fullscreen"]
+        return ["xmessage", "Quellton"]
+
     def assert_shows_still(self):
         """The plugin shows the newest still the program wrote, not a flat colour."""
         stills = os.path.join(self.plasma.env["XDG_DATA_HOME"], "Quellton", "Hintergrund")
@@ -150,6 +164,22 @@ class PlasmaWallpaper(unittest.TestCase):
         self.assertLess(crop(first, ICON, "i1").difference(crop(third, ICON, "i2")), 0.06, "the icon is not on top")
         self.assertGreater(crop(third, ICON, "i3").mean(), 0.5, "no light file icon at the top left")
         self.assertLess(crop(first, PANEL, "k1").difference(crop(third, PANEL, "k2")), 0.02, "the panel is not on top")
+
+        # A fullscreen window on the screen: the plugin stops watching and the stream stops running.
+        self.assertEqual(self.stream_state(), "running")
+        window = subprocess.Popen(self.covering_window(), env=self.plasma.env, stdin=subprocess.DEVNULL,
+                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        try:
+            time.sleep(2)
+            self.plasma.kwin_script("workspace.clientList().forEach(function (c) {\n"
+                                    "    if (c.normalWindow) c.fullScreen = true;\n});\n")
+            self.assertTrue(poll_until(lambda: self.stream_state() != "running", 20, 0.5),
+                            "the stream runs under a fullscreen window\n" + self.logs())
+        finally:
+            window.terminate()
+            window.wait(timeout=10)
+        self.assertTrue(poll_until(lambda: self.stream_state() == "running", 20, 0.5),
+                        "the stream does not run again after the window closed")
 
         # PipeWire restarts: a new stream, and the plugin is told its node. plasmashell 5.27's kpipewire
         # keeps its dead connection, so there the plugin falls back to the still, never to black.

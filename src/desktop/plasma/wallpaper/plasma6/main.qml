@@ -2,9 +2,11 @@
 // still of it for the times no stream runs. Presses and the gallery entry go to the program over
 // the session bus. The program writes the configuration; this only shows it and forwards.
 import QtQuick
+import QtQuick.Window
 import org.kde.pipewire as PipeWire
 import org.kde.plasma.core as PlasmaCore
 import org.kde.plasma.plasmoid
+import org.kde.taskmanager as TaskManager
 import org.kde.plasma.workspace.dbus as DBus
 
 WallpaperItem {
@@ -32,10 +34,42 @@ WallpaperItem {
         color: "#101820"
     }
 
+    // A maximized or fullscreen window on this screen hides the picture: then the view goes away, the
+    // stream has no one watching, and the program draws nothing for this screen.
+    property bool covered: false
+
+    TaskManager.VirtualDesktopInfo { id: virtualDesktops }
+    TaskManager.ActivityInfo { id: activities }
+    Instantiator {
+        id: windows
+        model: TaskManager.TasksModel {
+            groupMode: TaskManager.TasksModel.GroupDisabled
+            screenGeometry: Qt.rect(root.Screen.virtualX, root.Screen.virtualY, root.Screen.width, root.Screen.height)
+            virtualDesktop: virtualDesktops.currentDesktop
+            activity: activities.currentActivity
+            filterByScreen: true
+            filterByVirtualDesktop: true
+            filterByActivity: true
+            filterMinimized: true
+        }
+        delegate: QtObject {
+            readonly property bool covers: model.IsFullScreen === true || model.IsMaximized === true
+            onCoversChanged: windows.recount()
+        }
+        onObjectAdded: Qt.callLater(recount)
+        onObjectRemoved: Qt.callLater(recount)
+        function recount() {
+            let any = false;
+            for (let i = 0; i < count; ++i)
+                any = any || (objectAt(i) !== null && objectAt(i).covers);
+            root.covered = any;
+        }
+    }
+
     // One view per node and generation: a changed model makes it anew, connected to the new stream.
     // The view stays visible (kpipewire connects only then) under the still until frames come.
     Repeater {
-        model: root.nodeId > 0 ? [root.nodeId + "/" + root.generation] : []
+        model: root.nodeId > 0 && !root.covered ? [root.nodeId + "/" + root.generation] : []
         delegate: PipeWire.PipeWireSourceItem {
             width: root.width
             height: root.height
