@@ -6,8 +6,8 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstring>
 
+#include "FrameCopy.h"
 #include "PipeWireConnection.h"
 
 namespace quellton::plasma {
@@ -141,20 +141,13 @@ void PipeWireVideoStream::onProcess(void* data) {
 void PipeWireVideoStream::fill(spa_buffer& buffer) {
     spa_data& plane = buffer.datas[0];
     if (!plane.data) return;
-    const int stride = size_.width() * bytesPerPixel;
-    QImage frame = source_.newestFrame ? source_.newestFrame() : QImage();
-    if (frame.isNull()) return;
-    // The renderer may draw below the screen's resolution (its quality setting); the stream keeps
-    // the size it announced.
-    if (frame.size() != size_) frame = frame.scaled(size_, Qt::IgnoreAspectRatio, Qt::FastTransformation);
-    if (frame.format() != QImage::Format_RGB32) frame = frame.convertToFormat(QImage::Format_RGB32);
-    const std::size_t capacity = plane.maxsize;
-    const std::size_t rows = std::min<std::size_t>(std::size_t(size_.height()), capacity / std::size_t(stride));
-    auto* to = static_cast<std::uint8_t*>(plane.data);
-    for (std::size_t y = 0; y < rows; ++y) std::memcpy(to + y * std::size_t(stride), frame.constScanLine(int(y)), std::size_t(stride));
+    const QImage frame = source_.newestFrame ? source_.newestFrame() : QImage();
+    const std::size_t written = copyFrame(frame, size_, static_cast<std::uint8_t*>(plane.data), plane.maxsize);
     plane.chunk->offset = 0;
-    plane.chunk->stride = stride;
-    plane.chunk->size = std::uint32_t(rows * std::size_t(stride));
+    plane.chunk->stride = size_.width() * bytesPerPixel;
+    plane.chunk->size = std::uint32_t(written);
+    // A buffer without a picture is marked, so the consumer keeps the one it shows.
+    plane.chunk->flags = written == 0 ? SPA_CHUNK_FLAG_CORRUPTED : 0;
     if (auto* header = static_cast<spa_meta_header*>(spa_buffer_find_meta_data(&buffer, SPA_META_Header, sizeof(spa_meta_header)))) {
         header->pts = -1;
         header->flags = 0;
