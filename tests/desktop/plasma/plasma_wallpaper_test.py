@@ -165,6 +165,13 @@ class PlasmaWallpaper(unittest.TestCase):
         self.assertGreater(crop(third, ICON, "i3").mean(), 0.5, "no light file icon at the top left")
         self.assertLess(crop(first, PANEL, "k1").difference(crop(third, PANEL, "k2")), 0.02, "the panel is not on top")
 
+        # Plasma 6's plugin sends presses this way (Plasma 5 has no D-Bus for QML): numbers as doubles.
+        node = self.plasma.wallpaper("NodeId")[1]["NodeId"]
+        press = subprocess.run(["qdbus", "io.github.quellton.Quellton", "/io/github/quellton/Quellton/Wallpaper",
+                                "io.github.quellton.Quellton.Wallpaper.Press", node, "640.0", "360.0", "1.0"],
+                               env=self.plasma.env, capture_output=True, text=True)
+        self.assertEqual(press.returncode, 0, press.stdout + press.stderr)
+
         # A fullscreen window on the screen: the plugin stops watching and the stream stops running.
         self.assertEqual(self.stream_state(), "running")
         window = subprocess.Popen(self.covering_window(), env=self.plasma.env, stdin=subprocess.DEVNULL,

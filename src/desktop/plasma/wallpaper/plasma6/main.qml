@@ -18,11 +18,11 @@ WallpaperItem {
     property bool streaming: false
     readonly property int generation: configuration.Generation
 
-    function callProgram(member, args) {
+    function callProgram(path, iface, member, args) {
         DBus.SessionBus.asyncCall({
             "service": "@QUELLTON_APP_ID@",
-            "path": "/io/github/quellton/Quellton",
-            "iface": "@QUELLTON_WALLPAPER_INTERFACE@",
+            "path": path,
+            "iface": iface,
             "member": member,
             "arguments": args
         });
@@ -113,7 +113,8 @@ WallpaperItem {
             const pressed = buttons & ~held;
             held = buttons;
             if (pressed && root.nodeId > 0)
-                root.callProgram("Press", [root.nodeId, point.position.x, point.position.y, pressed]);
+                root.callProgram("/io/github/quellton/Quellton/Wallpaper", "@QUELLTON_WALLPAPER_INTERFACE@", "Press",
+                                 [root.nodeId, point.position.x, point.position.y, pressed]);
         }
     }
 
@@ -121,7 +122,8 @@ WallpaperItem {
         PlasmaCore.Action {
             text: "Galerie öffnen …"
             icon.name: "@QUELLTON_APP_ID@"
-            onTriggered: root.callProgram("OpenGallery", [])
+            // The program's own activation opens its gallery.
+            onTriggered: root.callProgram("/io/github/quellton/Quellton", "org.freedesktop.Application", "Activate", [{}])
         }
     ]
 }
