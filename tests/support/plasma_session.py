@@ -17,6 +17,7 @@ linked). The session's environment (.env) is what programs under test are starte
     .plasmashell            the running plasmashell (a subprocess.Popen)
     .evaluate(script)       org.kde.PlasmaShell.evaluateScript; returns what the script print()s
     .kwin_script(text)      runs JavaScript in KWin (e.g. to make a window fullscreen)
+    .desktops()             every desktop's screen, plugin and NodeId
     .wallpaper(key...)      screen 0's desktop: (plugin, {key: value}) of its current plugin's General group
     .screenshot(path=None)  desktop_session.Image; copied into $QUELLTON_TEST_SHOTS too when that is set
     .logs()                 the end of KWin's and plasmashell's logs, for failure messages
@@ -35,9 +36,10 @@ SCREEN = (1280, 720)
 class PlasmaSession(XSession):
     prefix = "quellton-plasma-"
 
-    def __init__(self, kind, pipewire):
+    def __init__(self, kind, pipewire, outputs=1):
         super().__init__(size=SCREEN)
         self.kind = kind
+        self.outputs = outputs  # kwin_wayland's virtual outputs side by side; X11 has one screen
         self.pipewire = pipewire
         self._shots = 0
 
@@ -76,7 +78,8 @@ class PlasmaSession(XSession):
         width, height = SCREEN
         self._export(XDG_SESSION_TYPE="wayland", QT_QPA_PLATFORM="wayland", WAYLAND_DISPLAY="quellton-kwin")
         self._kwin = self._spawn_logged([kwin, "--virtual", "--width", str(width), "--height", str(height),
-                                         "--socket", "quellton-kwin", "--no-lockscreen"], "kwin")
+                                         "--output-count", str(self.outputs), "--socket", "quellton-kwin",
+                                         "--no-lockscreen"], "kwin")
         self.wait(lambda: os.path.exists(self._path("runtime", "quellton-kwin")) and self._bus_has("org.kde.KWin"),
                   30, "kwin_wayland did not start\n" + self.logs())
 
@@ -117,6 +120,14 @@ var values = {};
 print(JSON.stringify({plugin: d.wallpaperPlugin, values: values}));""" % json.dumps(list(keys)))
         data = json.loads(answer)
         return data["plugin"], data["values"]
+
+    def desktops(self):
+        """Every desktop's screen, wallpaper plugin and that plugin's NodeId (ours has one)."""
+        import json
+        return json.loads(self.evaluate("""print(JSON.stringify(desktops().map(function (d) {
+    d.currentConfigGroup = ['Wallpaper', d.wallpaperPlugin, 'General'];
+    return {screen: d.screen, plugin: d.wallpaperPlugin, node: d.readConfig('NodeId')};
+})));"""))
 
     def set_image_wallpaper(self, image_url, fill_mode):
         self.evaluate("""desktops().forEach(function (d) {

@@ -27,6 +27,7 @@ const QString pluginId = QStringLiteral(QUELLTON_PLASMA_WALLPAPER_ID);
 const QString pressPath = QStringLiteral("/io/github/quellton/Quellton/Wallpaper");
 constexpr int scriptTimeoutMs = 5000;
 constexpr int reconnectMs = 1000;
+constexpr int retryMs = 2000;
 constexpr int leftButton = 1;
 
 QString stillPath(const QString& screen) {
@@ -114,11 +115,18 @@ void PlasmaDesktop::saveUserWallpapers() {
     if (evaluate(savedWallpapersScript(), &answer)) saved_->keepFirst(answer.trimmed().toUtf8(), pluginId);
 }
 
+// plasmashell may not be there yet (a start at login) or have no desktop on that screen yet: then
+// again a little later, for as long as the surface lives.
 void PlasmaDesktop::place(StreamSurface& surface) {
     if (surface.node() == 0 || stopped_) return;
+    const auto later = [this, &surface] {
+        QTimer::singleShot(retryMs, &surface, [this, &surface] { place(surface); });
+    };
     saveUserWallpapers();
     if (!saved_->saved()) {
-        qWarning("Quellton: Plasmas Hintergründe ließen sich nicht sichern; der eigene bleibt.");
+        if (!warned_) qWarning("Quellton: Plasmas Hintergründe ließen sich noch nicht sichern; neuer Versuch.");
+        warned_ = true;
+        later();
         return;
     }
     const auto all = screens();
@@ -129,7 +137,8 @@ void PlasmaDesktop::place(StreamSurface& surface) {
     placement.node = surface.node();
     placement.generation = QDateTime::currentMSecsSinceEpoch() + ++generation_;
     placement.stillUrl = QUrl::fromLocalFile(stillPath(surface.screen().name)).toString(QUrl::FullyEncoded);
-    evaluate(selectScript(pluginId, placement));
+    QString placed;
+    if (!evaluate(selectScript(pluginId, placement), &placed) || placed.trimmed().toInt() == 0) later();
 }
 
 void PlasmaDesktop::stop() {
@@ -150,7 +159,9 @@ bool PlasmaDesktop::evaluate(const QString& script, QString* answer) {
     call.setArguments({script});
     const QDBusMessage reply = bus_.call(call, QDBus::Block, scriptTimeoutMs);
     if (reply.type() != QDBusMessage::ReplyMessage) {
-        qWarning("Quellton: plasmashell lehnt ein Skript ab: %s", qUtf8Printable(reply.errorMessage()));
+        // Not running (yet) is what the retries are for.
+        if (reply.errorName() != QStringLiteral("org.freedesktop.DBus.Error.ServiceUnknown"))
+            qWarning("Quellton: plasmashell lehnt ein Skript ab: %s", qUtf8Printable(reply.errorMessage()));
         return false;
     }
     if (answer && !reply.arguments().isEmpty()) *answer = reply.arguments().constFirst().toString();

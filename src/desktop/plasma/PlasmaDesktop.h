@@ -57,6 +57,7 @@ private:
     QTimer reconnect_;
     qint64 generation_ = 0;
     bool stopped_ = false;
+    bool warned_ = false;
 };
 
 }  // namespace quellton::plasma

@@ -28,6 +28,9 @@ USER_FILL = 1  # "Scaled", not the image plugin's default, so a lost value shows
 ICON = (36, 12, 44, 56)
 PANEL = (0, 680, 1280, 40)
 PICTURE = (200, 100, 880, 500)
+# On Wayland two outputs side by side, each with its own stream; Xvfb has one screen.
+OUTPUTS = 2 if KIND == "wayland" else 1
+SECOND_PICTURE = (1280 + 200, 100, 880, 500)
 
 
 def crop(image, region, name):
@@ -45,7 +48,7 @@ class PlasmaWallpaper(unittest.TestCase):
     def setUpClass(cls):
         cls.pipewire = PipeWireServer().__enter__()
         try:
-            cls.plasma = PlasmaSession(KIND, cls.pipewire).__enter__()
+            cls.plasma = PlasmaSession(KIND, cls.pipewire, outputs=OUTPUTS).__enter__()
         except BaseException:
             cls.pipewire.close()
             raise
@@ -93,15 +96,17 @@ class PlasmaWallpaper(unittest.TestCase):
     def assert_user_wallpaper_back(self, plugin, values):
         back = poll_until(lambda: self.plasma.wallpaper(*values) == (plugin, values), 20, 0.5)
         self.assertTrue(back, f"not given back: {self.plasma.wallpaper(*values)}\n{self.logs()}")
+        self.assertEqual([d["plugin"] for d in self.plasma.desktops()], [plugin] * OUTPUTS)
         self.assertIsNone(saved_record(self.config), "the saved wallpapers stay in the settings")
 
     def stream_state(self):
-        """PipeWire's state of our video node: running while someone watches it."""
-        for item in json.loads(self.pipewire.run(["pw-dump"]).stdout):
-            info = item.get("info") or {}
-            props = info.get("props") or {}
-            if props.get("media.class") == "Video/Source" and props.get("node.name") == "quellton":
-                return info.get("state")
+        """PipeWire's state of the first screen's stream: running while someone watches it."""
+        node = int(self.plasma.wallpaper("NodeId")[1]["NodeId"] or 0)
+        # pw-dump may print a second document when objects change while it writes: the first counts.
+        dump, _ = json.JSONDecoder().raw_decode(self.pipewire.run(["pw-dump"]).stdout.lstrip() or "[]")
+        for item in dump:
+            if item.get("id") == node:
+                return (item.get("info") or {}).get("state")
         return None
 
     def covering_window(self):
@@ -115,7 +120,8 @@ class PlasmaWallpaper(unittest.TestCase):
         copy = os.path.join(self.plasma.folder, "still.jpg")
 
         def shows_still():
-            names = [f for f in os.listdir(stills) if f.startswith("plasma-")] if os.path.isdir(stills) else []
+            # The first screen's still comes first by name (Virtual-0 before Virtual-1).
+            names = sorted(f for f in os.listdir(stills) if f.startswith("plasma-")) if os.path.isdir(stills) else []
             if not names:
                 return False
             shutil.copy(os.path.join(stills, names[0]), copy)
@@ -158,6 +164,12 @@ class PlasmaWallpaper(unittest.TestCase):
 
         moved = crop(first, PICTURE, "a").difference(crop(third, PICTURE, "b"))
         self.assertGreater(moved, 0.01, "the picture does not move")
+        # Every screen has a stream of its own, and each picture moves.
+        nodes = [d["node"] for d in self.plasma.desktops() if d["plugin"] == OURS]
+        self.assertEqual(len(set(nodes)), OUTPUTS, f"not one stream per screen: {nodes}")
+        if OUTPUTS > 1:
+            self.assertGreater(crop(first, SECOND_PICTURE, "a2").difference(crop(third, SECOND_PICTURE, "b2")), 0.01,
+                               "the second screen's picture does not move")
         self.assertGreater(crop(before, PICTURE, "u").difference(crop(third, PICTURE, "c")), 0.05,
                            "the user's wallpaper still shows")
         # Folder View's icon and the panel lie over the picture: they stay as they are while it moves.
