@@ -9,6 +9,7 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <limits>
 
 #include "PipeWireConnection.h"
 #include "PlasmaScripts.h"
@@ -135,7 +136,8 @@ void PlasmaDesktop::place(StreamSurface& surface) {
     placement.screen = surface.geometry();
     placement.index = at == all.end() ? 0 : int(at - all.begin());
     placement.node = surface.node();
-    placement.generation = QDateTime::currentMSecsSinceEpoch() + ++generation_;
+    // Plasma keeps it as a 32-bit Int; it differs from every earlier one, also an earlier run's.
+    placement.generation = (QDateTime::currentSecsSinceEpoch() * 16 + (++generation_ % 16)) % std::numeric_limits<int>::max();
     placement.stillUrl = QUrl::fromLocalFile(stillPath(surface.screen().name)).toString(QUrl::FullyEncoded);
     QString placed;
     if (!evaluate(selectScript(pluginId, placement), &placed) || placed.trimmed().toInt() == 0) later();
