@@ -148,7 +148,9 @@ void PipeWireVideoStream::fill(spa_buffer& buffer) {
     plane.chunk->size = std::uint32_t(written);
     // A buffer without a picture is marked, so the consumer keeps the one it shows.
     plane.chunk->flags = written == 0 ? SPA_CHUNK_FLAG_CORRUPTED : 0;
-    if (auto* header = static_cast<spa_meta_header*>(spa_buffer_find_meta_data(&buffer, SPA_META_Header, sizeof(spa_meta_header)))) {
+    auto* header = static_cast<spa_meta_header*>(
+        spa_buffer_find_meta_data(&buffer, SPA_META_Header, sizeof(spa_meta_header)));
+    if (header) {
         header->pts = -1;
         header->flags = 0;
         header->seq = sequence_++;
@@ -158,8 +160,8 @@ void PipeWireVideoStream::fill(spa_buffer& buffer) {
 
 }  // namespace
 
-std::unique_ptr<VideoStream> makePipeWireVideoStream(std::shared_ptr<PipeWireConnection> connection, const QString& name,
-                                                     QSize size, int maxFps, VideoStream::Source source) {
+std::unique_ptr<VideoStream> makePipeWireVideoStream(std::shared_ptr<PipeWireConnection> connection,
+                                                     const QString& name, QSize size, int maxFps, VideoStream::Source source) {
     if (!connection || size.isEmpty()) return nullptr;
     return std::make_unique<PipeWireVideoStream>(std::move(connection), name, size, maxFps, std::move(source));
 }

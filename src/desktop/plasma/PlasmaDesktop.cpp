@@ -137,7 +137,8 @@ void PlasmaDesktop::place(StreamSurface& surface) {
     placement.index = at == all.end() ? 0 : int(at - all.begin());
     placement.node = surface.node();
     // Plasma keeps it as a 32-bit Int; it differs from every earlier one, also an earlier run's.
-    placement.generation = (QDateTime::currentSecsSinceEpoch() * 16 + (++generation_ % 16)) % std::numeric_limits<int>::max();
+    placement.generation =
+        (QDateTime::currentSecsSinceEpoch() * 16 + (++generation_ % 16)) % std::numeric_limits<int>::max();
     placement.stillUrl = QUrl::fromLocalFile(stillPath(surface.screen().name)).toString(QUrl::FullyEncoded);
     QString placed;
     if (!evaluate(selectScript(pluginId, placement), &placed) || placed.trimmed().toInt() == 0) later();
@@ -157,7 +158,8 @@ void PlasmaDesktop::press(std::uint32_t node, QPointF local, int buttons) {
 }
 
 bool PlasmaDesktop::evaluate(const QString& script, QString* answer) {
-    QDBusMessage call = QDBusMessage::createMethodCall(shellService, shellPath, shellInterface, QStringLiteral("evaluateScript"));
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(shellService, shellPath, shellInterface, QStringLiteral("evaluateScript"));
     call.setArguments({script});
     const QDBusMessage reply = bus_.call(call, QDBus::Block, scriptTimeoutMs);
     if (reply.type() != QDBusMessage::ReplyMessage) {

@@ -16,7 +16,8 @@ const SettingKey<QString> savedKey{QStringLiteral("PlasmaWallpaper/saved")};
 std::optional<QJsonArray> validArray(const QByteArray& json) {
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(json, &error);
-    if (error.error != QJsonParseError::NoError || !document.isArray() || document.array().isEmpty()) return std::nullopt;
+    if (error.error != QJsonParseError::NoError || !document.isArray() || document.array().isEmpty())
+        return std::nullopt;
     return document.array();
 }
 
