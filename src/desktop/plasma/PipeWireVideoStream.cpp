@@ -161,7 +161,8 @@ void PipeWireVideoStream::fill(spa_buffer& buffer) {
 }  // namespace
 
 std::unique_ptr<VideoStream> makePipeWireVideoStream(std::shared_ptr<PipeWireConnection> connection,
-                                                     const QString& name, QSize size, int maxFps, VideoStream::Source source) {
+                                                     const QString& name, QSize size, int maxFps,
+                                                     VideoStream::Source source) {
     if (!connection || size.isEmpty()) return nullptr;
     return std::make_unique<PipeWireVideoStream>(std::move(connection), name, size, maxFps, std::move(source));
 }
