@@ -24,7 +24,7 @@ RectF globalFrame(const QRect& geometry) {
 
 WallpaperController& WallpaperController::shared() {
     return ProcessWide<WallpaperController>::instance([] {
-        return std::make_unique<WallpaperController>(AppModel::shared(), makeDesktopHost(), std::make_unique<SessionLock>());
+        return std::make_unique<WallpaperController>(AppModel::shared(), makeDesktopHost(AppModel::shared().settingsStore()), std::make_unique<SessionLock>());
     });
 }
 

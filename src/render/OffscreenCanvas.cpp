@@ -28,9 +28,13 @@ void OffscreenCanvas::setGeometry(const QRectF& global, double devicePixelRatio)
 
 void OffscreenCanvas::setShown(bool shown) {
     renderer_->inputs().setHidden(!shown);
-    if (shown && !link_) {
+    setDrawing(shown);
+}
+
+void OffscreenCanvas::setDrawing(bool drawing) {
+    if (drawing && !link_) {
         link_ = RenderThread::shared().addOffscreen(renderer_, frames_);
-    } else if (!shown && link_) {
+    } else if (!drawing && link_) {
         RenderThread::shared().remove(link_);
         framesBefore_ += link_->frames;
         link_.reset();

@@ -29,6 +29,8 @@ public:
     void setGeometry(const QRectF& global, double devicePixelRatio);
     // Only a shown canvas is on the render thread; a hidden one costs nothing.
     void setShown(bool shown);
+    // Only the render thread's part of `setShown`: whether it is hidden stays someone else's choice.
+    void setDrawing(bool drawing);
     bool shown() const { return link_ != nullptr; }
     // A click in the canvas's own points (top left, y down).
     void click(QPointF local);

@@ -130,6 +130,10 @@ TEST_F(Package, HoldsTheProgramMenuEntryMetadataIconsAndManualUnderUsr) {
     for (int size : iconSizes) expected.insert(fs::relative(icon(size), root).string());
     const std::string symbol = "icons/hicolor/scalable/apps/" + appId + "-symbolic.svg";
     if (fs::exists(std::string(QUELLTON_SOURCE_DIR) + "/data/" + symbol)) expected.insert("usr/share/" + symbol);
+    // The KDE Plasma wallpaper plugin, a KPackage where plasmashell looks for wallpapers.
+    const std::string wallpaper = "usr/share/plasma/wallpapers/io.github.quellton.wallpaper/";
+    for (const char* part : {"metadata.json", "contents/config/main.xml", "contents/ui/main.qml"})
+        expected.insert(wallpaper + part);
     EXPECT_EQ(files, expected);
     // The debugging information of the build stays out of the package.
     EXPECT_NE(output("file -b " + sh(program())).find(", stripped"), std::string::npos);
@@ -150,6 +154,8 @@ TEST_F(Package, DescribesItselfAndDependsOnItsLibrariesAndTheRuntimePieces) {
     // Loaded at run time, so no linker records them: Mesa's EGL and drivers, Qt on Wayland.
     for (const char* piece : {"libegl-mesa0", "libgl1-mesa-dri", "qt6-wayland"})
         EXPECT_TRUE(names.contains(piece)) << piece;
+    // The Plasma wallpaper plugin shows its stream through kpipewire's QML module.
+    EXPECT_TRUE(packageNames(field("Recommends")).contains("qml-module-org-kde-pipewire")) << field("Recommends");
 
     // What dpkg-shlibdeps finds for the unpacked binary, worked out here on its own.
     QTemporaryDir work;
@@ -185,7 +191,10 @@ TEST_F(Package, DependsOnEveryQmlModuleTheProgramLoads) {
     QDirIterator qml(QStringLiteral(QUELLTON_SOURCE_DIR "/src"), {QStringLiteral("*.qml")}, QDir::Files,
                      QDirIterator::Subdirectories);
     while (qml.hasNext()) {
-        QFile file(qml.next());
+        const QString path = qml.next();
+        // The Plasma wallpaper plugin runs inside plasmashell, on the modules Plasma brings.
+        if (path.contains(u"/desktop/plasma/wallpaper/")) continue;
+        QFile file(path);
         file.open(QIODevice::ReadOnly);
         for (auto it = importLine.globalMatch(QString::fromUtf8(file.readAll())); it.hasNext();)
             pending.push_back(it.next().captured(1));

@@ -82,7 +82,7 @@ protected:
         // The windows matter here, not the pictures: draw few and small ones.
         model->setFps(10);
         model->setQuality(Quality::saver);
-        controller = std::make_unique<WallpaperController>(*model, makeDesktopHost(), nullptr);
+        controller = std::make_unique<WallpaperController>(*model, makeDesktopHost(model->settingsStore()), nullptr);
         controller->start();
         ASSERT_TRUE(waitUntil([&] { return matchesTheScreens(*controller); }));
         ASSERT_TRUE(waitUntil([&] { return controller->canvases().front()->framesDrawn() > 2; }));

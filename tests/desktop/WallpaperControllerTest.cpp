@@ -38,7 +38,7 @@ protected:
         model = test::makeTestModel(dir.filePath(QStringLiteral("Quellton.conf")));
 
         const SessionLockSources sources = test::privateSessionSources(sessionPath);
-        controller = std::make_unique<WallpaperController>(*model, makeDesktopHost(),
+        controller = std::make_unique<WallpaperController>(*model, makeDesktopHost(model->settingsStore()),
                                                            std::make_unique<SessionLock>(sources));
         controller->start();
         ASSERT_EQ(controller->canvases().size(), 1u);

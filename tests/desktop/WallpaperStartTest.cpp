@@ -42,7 +42,7 @@ TEST_F(WallpaperStart, AFullscreenWindowOpenedRightAfterTheStartStopsTheDrawing)
     // The race was between the watcher's start and the manager's answer to the new window: try it a few times.
     for (int round = 0; round < 5; ++round) {
         auto model = test::makeTestModel(dir.filePath(QStringLiteral("Quellton.conf")));
-        WallpaperController controller(*model, makeDesktopHost(), nullptr);
+        WallpaperController controller(*model, makeDesktopHost(model->settingsStore()), nullptr);
         // Another program maps a window and asks for fullscreen while the wallpaper starts, as a
         // player or browser started together with it at login does.
         test::X11Client player;

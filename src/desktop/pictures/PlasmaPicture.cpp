@@ -17,6 +17,9 @@ const QString service = QStringLiteral("org.kde.plasmashell");
 const QString path = QStringLiteral("/PlasmaShell");
 const QString interface = QStringLiteral("org.kde.PlasmaShell");
 constexpr int readTimeoutMs = 3000;
+// Our own wallpaper plugin shows the live picture; the sync only keeps its still in step and leaves
+// giving back the user's wallpaper to the Plasma host, which saved all of it.
+const QString ourWallpaper = QStringLiteral(QUELLTON_PLASMA_WALLPAPER_ID);
 
 struct Placement {
     QRect geometry;
@@ -42,12 +45,17 @@ for (var i = 0; i < all.length; ++i) {
     var g = d.screen >= 0 ? screenGeometry(d.screen) : null;
     for (var j = 0; g && j < stills.length; ++j)
         if (stills[j].x == g.x && stills[j].y == g.y) pick = stills[j];
+    if (d.wallpaperPlugin == '%3') {
+        d.currentConfigGroup = ['Wallpaper', '%3', 'General'];
+        d.writeConfig('Still', pick.url);
+        continue;
+    }
     d.wallpaperPlugin = 'org.kde.image';
     d.currentConfigGroup = ['Wallpaper', 'org.kde.image', 'General'];
     d.writeConfig('Image', pick.url);
     %2
 })")
-        .arg(data, fill);
+        .arg(data, fill, ourWallpaper);
 }
 
 // A setting of the picture of screen 0's desktop in the current activity, if it shows one.

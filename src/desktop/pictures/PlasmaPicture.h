@@ -9,7 +9,8 @@ namespace quellton {
 // KDE Plasma: plasmashell runs desktop scripts sent to org.kde.PlasmaShell.evaluateScript. Every
 // desktop containment gets the image wallpaper plugin and the still of its screen, found by the
 // screen's position (then by its number, then the first still). A script's print() output is
-// the call's answer, which is how the picture is read back.
+// the call's answer, which is how the picture is read back. A desktop that shows our own wallpaper
+// plugin keeps it and gets the still as that plugin's fallback picture.
 class PlasmaPicture : public DesktopPicture {
 public:
     explicit PlasmaPicture(QDBusConnection bus = QDBusConnection::sessionBus());

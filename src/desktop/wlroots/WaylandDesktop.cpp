@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 
 #include "Canvas.h"
 #include "DisplayDispatcher.h"
@@ -236,10 +235,6 @@ void WaylandDesktop::start() {
         connect(&clientWatch_, &QTimer::timeout, this, &WaylandDesktop::stopWallpaperClients);
         clientWatch_.start(std::chrono::seconds(3));
     }
-    const char* desktop = std::getenv("XDG_CURRENT_DESKTOP");
-    if (desktop && std::strstr(desktop, "KDE"))
-        qWarning("Quellton: KDE Plasma legt unter Wayland sein Schreibtischfenster über das Bild; in der "
-                 "X11-Sitzung von Plasma ist es zu sehen.");
     dispatcher_ = std::make_unique<DisplayDispatcher>(display_);
     connect(dispatcher_.get(), &DisplayDispatcher::connectionLost, this, &WaylandDesktop::lose);
     if (!power_) {

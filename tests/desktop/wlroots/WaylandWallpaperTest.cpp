@@ -46,7 +46,7 @@ protected:
         model = test::makeTestModel(dir.filePath(QStringLiteral("Quellton.conf")));
         model->setFps(30);  // two cores draw, and two compositors copy the frames
 
-        auto backend = makeDesktopHost();
+        auto backend = makeDesktopHost(model->settingsStore());
         desktop = dynamic_cast<wayland::WaylandDesktop*>(backend.get());
         ASSERT_TRUE(desktop) << "no Wayland desktop";
         controller = std::make_unique<WallpaperController>(*model, std::move(backend), nullptr);
