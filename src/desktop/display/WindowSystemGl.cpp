@@ -14,6 +14,7 @@ namespace quellton {
 namespace {
 
 wl_display* waylandDisplay = nullptr;
+int handedSocket = -1;
 
 bool useX11(std::string* error) {
     // A connection of our own: Mesa presents from the render thread and must not share Qt's.
@@ -33,7 +34,7 @@ bool useX11(std::string* error) {
 
 bool useWayland(std::string* error) {
     // Our own connection too: its events are ours to dispatch, and Mesa reads it from the render thread.
-    wl_display* display = wl_display_connect(nullptr);
+    wl_display* display = handedSocket >= 0 ? wl_display_connect_to_fd(handedSocket) : wl_display_connect(nullptr);
     if (!display) {
         if (error) *error = "no connection to the Wayland compositor";
         return false;
@@ -60,6 +61,10 @@ bool useWindowSystemGl(std::string* error) {
     return false;
 }
 
+void useWaylandSocket(int fd) { handedSocket = fd; }
+
 wl_display* windowSystemWaylandDisplay() { return waylandDisplay; }
+
+bool windowSystemFromShell() { return handedSocket >= 0; }
 
 }  // namespace quellton

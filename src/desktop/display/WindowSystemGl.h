@@ -11,8 +11,14 @@ namespace quellton {
 // False (with a reason) when this window system offers no OpenGL 3.3 through EGL.
 bool useWindowSystemGl(std::string* error = nullptr);
 
+// Our own Wayland connection is this socket, handed to the process by its compositor, rather than
+// one to WAYLAND_DISPLAY. Call before useWindowSystemGl.
+void useWaylandSocket(int fd);
+
 // On Wayland, the connection of our own that the GL contexts and the wallpaper's surfaces live
 // on (the toolkit keeps its own for its windows); null until useWindowSystemGl made it, and elsewhere.
 wl_display* windowSystemWaylandDisplay();
+// Whether that connection is the one the compositor handed over (useWaylandSocket).
+bool windowSystemFromShell();
 
 }  // namespace quellton
