@@ -57,6 +57,7 @@ var QuelltonBackground = class {
         this._client = null;
         this._process = null;
         this._restartId = 0;
+        this._retryId = 0;
         this._sentHidden = null;
     }
 
@@ -107,9 +108,11 @@ var QuelltonBackground = class {
     disable() {
         this._exported.unexport();
         Gio.bus_unwatch_name(this._watchId);
-        if (this._restartId)
-            GLib.source_remove(this._restartId);
-        this._restartId = 0;
+        for (const id of [this._restartId, this._retryId]) {
+            if (id)
+                GLib.source_remove(id);
+        }
+        this._restartId = this._retryId = 0;
         const process = this._process;
         this._process = null;
         this._client = null;
@@ -328,8 +331,8 @@ var QuelltonBackground = class {
     _updateHidden() {
         const all = Main.sessionMode.isLocked || Main.screenShield?.active || Main.overview.visible;
         const workspace = global.workspace_manager.get_active_workspace();
-        const windows = workspace.list_windows().filter(w => !this._pictures.has(w) && !w.minimized &&
-            w.showing_on_its_workspace());
+        const windows = workspace.list_windows().filter(w => !this._pictures.has(w) && !isDesktopWindow(w) &&
+            !w.minimized && w.showing_on_its_workspace());
         const hidden = Main.layoutManager.monitors.filter(m => all || m.inFullscreen ||
             windows.some(w => w.get_monitor() === m.index &&
                 (w.is_fullscreen() || w.get_maximized() === Meta.MaximizeFlags.BOTH)));
@@ -339,6 +342,25 @@ var QuelltonBackground = class {
             return;
         this._sentHidden = key;
         Gio.DBus.session.call(PROGRAM_BUS_NAME, PROGRAM_PATH, PROGRAM_INTERFACE, 'SetHidden',
-            new GLib.Variant('(a(iiii))', [rects]), null, Gio.DBusCallFlags.NO_AUTO_START, -1, null, null);
+            new GLib.Variant('(a(iiii))', [rects]), null, Gio.DBusCallFlags.NO_AUTO_START, -1, null,
+            (bus, result) => {
+                try {
+                    bus.call_finish(result);
+                } catch (e) {
+                    // Not listening yet (a program just started): told again once it is.
+                    this._sentHidden = null;
+                    this._retryHidden();
+                }
+            });
+    }
+
+    _retryHidden() {
+        if (this._retryId || !this._process)
+            return;
+        this._retryId = GLib.timeout_add(GLib.PRIORITY_DEFAULT, 500, () => {
+            this._retryId = 0;
+            this._updateHidden();
+            return GLib.SOURCE_REMOVE;
+        });
     }
 };
