@@ -15,7 +15,7 @@ const EXTENSION_XML = `<node>
     <method name="Launch"/>
   </interface>
 </node>`;
-// Restarts after a crash wait 1, 2, 4 … s; this many crashes within a minute end the tries.
+// Restarts after a crash wait 2, 4, 8 … s; this many crashes within a minute end the tries.
 const CRASH_WINDOW_US = 60 * 1000 * 1000;
 const CRASHES_TO_GIVE_UP = 4;
 
@@ -181,7 +181,7 @@ var QuelltonBackground = class {
         this._process = null;
         this._client = null;
         for (const win of [...this._pictures.keys()])
-            this._forget(win);
+            this._forget(win, false);
         // Quit by the user: it stays quit until started again.
         if (process.get_if_exited() && process.get_exit_status() === 0)
             return;
@@ -192,7 +192,7 @@ var QuelltonBackground = class {
             console.warn('Quellton: Das Programm ist in einer Minute mehrmals abgestürzt; es wird nicht neu gestartet.');
             return;
         }
-        this._restartId = GLib.timeout_add(GLib.PRIORITY_DEFAULT, 1000 * 2 ** (this._crashes.length - 1), () => {
+        this._restartId = GLib.timeout_add(GLib.PRIORITY_DEFAULT, 1000 * 2 ** this._crashes.length, () => {
             this._launch([AT_LOGIN]);
             return GLib.SOURCE_REMOVE;
         });
@@ -205,7 +205,7 @@ var QuelltonBackground = class {
         win.stick();
         const picture = {actor: null, box: null, clone: null, signals: []};
         this._pictures.set(win, picture);
-        picture.signals.push([win, win.connect('unmanaged', () => this._forget(win))]);
+        picture.signals.push([win, win.connect('unmanaged', () => this._forget(win, false))]);
         picture.signals.push([win, win.connect('notify::title', () => this._place(win))]);
         this._attach(win, picture);
     }
@@ -222,12 +222,17 @@ var QuelltonBackground = class {
             return;
         }
         picture.actor = actor;
+        // Its signals go with it; nothing is left to disconnect then.
+        actor.connect('destroy', () => {
+            picture.signals = picture.signals.filter(([object]) => object !== actor);
+        });
         // Hidden, not transparent: mutter would skip drawing what lies below an opaque window.
         actor.hide();
         picture.signals.push([actor, actor.connect('notify::visible', () => {
             if (actor.visible)
                 actor.hide();
         })]);
+        // Mutter makes the window of a Wayland client once it has a buffer: there is a picture now.
         picture.box = new Clutter.Actor({clip_to_allocation: true, reactive: false});
         picture.clone = new Clutter.Clone({source: actor, reactive: false});
         picture.box.add_child(picture.clone);
@@ -235,7 +240,7 @@ var QuelltonBackground = class {
         this._place(win);
     }
 
-    _forget(win) {
+    _forget(win, stays = true) {
         const picture = this._pictures.get(win);
         if (!picture)
             return;
@@ -243,8 +248,9 @@ var QuelltonBackground = class {
         for (const [object, id] of picture.signals)
             object.disconnect(id);
         picture.box?.destroy();
-        if (picture.actor && win.get_compositor_private() === picture.actor)
-            picture.actor.show();
+        // A window that outlives us (a program slow to end) stays out of sight.
+        if (stays && picture.actor && !win.minimized)
+            win.minimize();
     }
 
     // Over the whole monitor, the top bar's strip included, whatever room mutter gave the window.
