@@ -7,7 +7,7 @@ root), with a private system bus (without one it dies looking for logind) and a 
         shell.press(100, 200, button=1)              # a Clutter virtual pointer
         shell.call(...)                              # gdbus call on the session bus, as the shell's user
 
-Extensions given a folder are copied into ~/.local/share/gnome-shell/extensions; None means the
+`home_files` maps paths under HOME to their text. Extensions given a folder are copied into ~/.local/share/gnome-shell/extensions; None means the
 system's. All of them are enabled before the shell starts, and a test-only extension puts the
 shell into unsafe mode so that Eval works. Everything lives in one temporary folder, owned by the
 shell's user, and is removed on leaving.
@@ -66,8 +66,10 @@ class ShellError(ServiceError):
 
 
 class GnomeShell(PrivateService):
-    def __init__(self, extensions, size=(1280, 720), desktop_files=("Notizen.txt", "Bericht.txt", "Bilder")):
+    def __init__(self, extensions, size=(1280, 720), desktop_files=("Notizen.txt", "Bericht.txt", "Bilder"),
+                 home_files=None):
         self.extensions = dict(extensions)
+        self.home_files = dict(home_files or {})
         self.size = size
         self.desktop_files = desktop_files
         self.folder = None
@@ -156,6 +158,10 @@ class GnomeShell(PrivateService):
                     f.write("Quellton\n")
             else:
                 os.makedirs(target, exist_ok=True)
+        for name, text in self.home_files.items():
+            os.makedirs(os.path.dirname(os.path.join(self.home, name)), exist_ok=True)
+            with open(os.path.join(self.home, name), "w") as f:
+                f.write(text)
         installed = os.path.join(self.home, ".local/share/gnome-shell/extensions")
         for uuid, source in self.extensions.items():
             if source:
