@@ -111,7 +111,10 @@ int run(int& argc, char** argv, std::span<const std::string> args) {
         if (const std::optional<int> status = ShellHandOver::handOverToShell()) return *status;
     }
     SingleInstance instance;
-    if (!instance.claim()) {
+    const bool claimed = windowSystemFromShell()
+                             ? ShellHandOver::claimWhileHandedOver([&instance] { return instance.claim(); })
+                             : instance.claim();
+    if (!claimed) {
         if (!SingleInstance::activateRunning()) qWarning("Quellton: Die laufende Instanz antwortet nicht.");
         return 0;
     }

@@ -2,6 +2,9 @@
 
 #include <fcntl.h>
 
+#include <QCoreApplication>
+#include <QThread>
+
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
@@ -10,6 +13,12 @@
 #include "WindowSystemGl.h"
 
 namespace quellton::ShellHandOver {
+
+namespace {
+
+bool switchOffered = false;
+
+}  // namespace
 
 std::optional<int> takeShellConnection(std::span<const std::string> args) {
     if (std::ranges::find(args, std::string(gnome::shellWallpaperArgument)) == args.end()) return std::nullopt;
@@ -41,12 +50,14 @@ std::optional<int> handOverToShell() {
                      "Symbolen; sie ist ausgeschaltet. Einschalten im Menü von Quellton oder mit „gnome-extensions "
                      "enable "
                   << qPrintable(gnome::extensionUuid()) << "“." << std::endl;
+        switchOffered = true;
         return std::nullopt;
     case ExtensionState::missing:
         std::cerr << "Quellton: Unter GNOME mit Wayland zeigt die Shell-Erweiterung „Quellton“ das Bild hinter den "
                      "Symbolen; die GNOME Shell kennt sie noch nicht. Nach der nächsten Anmeldung lässt sie sich "
                      "einschalten."
                   << std::endl;
+        switchOffered = true;
         return std::nullopt;
     case ExtensionState::failed:
         std::cerr << "Quellton: Die GNOME Shell konnte die Erweiterung „Quellton“ nicht laden." << std::endl;
@@ -57,6 +68,27 @@ std::optional<int> handOverToShell() {
                  "Symbolen."
               << std::endl;
     return std::nullopt;
+}
+
+bool offersExtensionSwitch() { return switchOffered; }
+
+void switchExtensionOn() {
+    if (!gnome::enableExtension()) {
+        std::cerr << "Quellton: Die GNOME Shell kennt die Erweiterung „Quellton“ noch nicht. Nach der nächsten "
+                     "Anmeldung lässt sie sich einschalten."
+                  << std::endl;
+        return;
+    }
+    // The extension starts the program now; it becomes the instance once this one has ended.
+    QCoreApplication::quit();
+}
+
+bool claimWhileHandedOver(const std::function<bool()>& claim) {
+    for (int attempt = 0; attempt < 50; ++attempt) {
+        if (claim()) return true;
+        QThread::msleep(100);
+    }
+    return false;
 }
 
 }  // namespace quellton::ShellHandOver

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -16,5 +17,17 @@ std::optional<int> takeShellConnection(std::span<const std::string> args);
 // extension, says once how to switch it on and returns nothing: the application runs without a
 // wallpaper.
 std::optional<int> handOverToShell();
+
+// Whether this process runs on GNOME Shell without our extension switched on, so the tray menu
+// offers to switch it on (after handOverToShell said so).
+bool offersExtensionSwitch();
+
+// Switches the extension on through the shell and ends this process, so that the program the
+// extension starts becomes the instance; says why when the shell refuses.
+void switchExtensionOn();
+
+// Started by the extension while a user-started instance is ending for it: waits (briefly) until
+// `claim` succeeds.
+bool claimWhileHandedOver(const std::function<bool()>& claim);
 
 }  // namespace quellton::ShellHandOver
