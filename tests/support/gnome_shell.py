@@ -6,6 +6,7 @@ root), with a private system bus (without one it dies looking for logind) and a 
         shell.screenshot("a.png")                    # org.gnome.Shell.Screenshot, as org.gnome.Screenshot
         shell.press(100, 200, button=1)              # a Clutter virtual pointer
         shell.call(...)                              # gdbus call on the session bus, as the shell's user
+        shell.run([...]) / shell.env                 # a command as the shell's user, as its client
 
 `home_files` maps paths under HOME to their text. Extensions given a folder are copied into ~/.local/share/gnome-shell/extensions; None means the
 system's. All of them are enabled before the shell starts, and a test-only extension puts the
@@ -207,6 +208,9 @@ class GnomeShell(PrivateService):
                                     "--virtual-monitor", f"{width}x{height}"], os.environ,
                                    log=os.path.join(self.folder, "shell.log"), cwd=self.home)
         self.wait(self._ready, 90, "GNOME Shell did not start")
+        # Programs the tests start are the shell's clients.
+        sockets = [n for n in os.listdir(runtime) if n.startswith("wayland-") and not n.endswith(".lock")]
+        self.env["WAYLAND_DISPLAY"] = sorted(sockets)[0]
         # The shell opens with the overview; the desktop is what the tests look at.
         self.eval("Main.overview.hide()")
         self.wait(lambda: self.eval("Main.overview.visible") is False, 20, "the overview stays")

@@ -18,8 +18,9 @@ from gnome_shell import GnomeShell
 UUID = "quellton@quellton.github.io"
 DING = "ding@rastersoft.com"
 SIZE = (1280, 720)
-# Below the top bar and right of DING's icon column: only the picture (or the static wallpaper).
-PICTURE = (300, 60, 960, 640)
+# Below the shell's notifications and right of DING's icon column: only the picture (or the static
+# wallpaper).
+PICTURE = (300, 130, 960, 580)
 ICONS = (0, 40, 130, 560)
 PLAIN = (1150, 40, 130, 560)  # as wide as the icon column, where no icon is
 BELOW_BAR = (0, 40, 1280, 680)
@@ -82,7 +83,9 @@ class GnomeShellDesktop(unittest.TestCase):
         first = self.shot(f"{name}-1", PICTURE)
         time.sleep(1)
         second = self.shot(f"{name}-2", PICTURE)
-        return not self.is_static_wallpaper(second) and first.difference(second) > 0.002
+        # Something drawn (not a black first frame), in both, and changing.
+        drawn = all(not self.is_static_wallpaper(s) and s.stddev() > 0.02 for s in (first, second))
+        return drawn and first.difference(second) > 0.002
 
     def wait_for_picture(self, name, timeout=60):
         self.shell.wait(lambda: self.program_pid() and self.picture_moves(name), timeout,
@@ -122,10 +125,8 @@ class GnomeShellDesktop(unittest.TestCase):
         # Thumbnails share llvmpipe's threads, so hidden means far less work, not none.
         seen = self.drawing(pid, 3)
         self.assertGreater(seen, 20, "the picture does not draw")
-        runtime = self.shell.env["XDG_RUNTIME_DIR"]
-        display = os.path.basename(sorted(glob.glob(f"{runtime}/wayland-*[0-9]"))[0])
-        terminal = subprocess.Popen(["runuser", "-u", "nobody", "--", "env", *self.shell._env_list(),
-                                     f"WAYLAND_DISPLAY={display}", "foot", "--title=Vollbild", "sleep", "600"],
+        terminal = subprocess.Popen(["runuser", "-u", "nobody", "--", "env", *self.shell._env_list(), "foot",
+                                     "--title=Vollbild", "sleep", "600"],
                                     stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         try:
             find = "global.display.list_all_windows().find(w => w.get_title() === 'Vollbild')"
@@ -150,7 +151,28 @@ class GnomeShellDesktop(unittest.TestCase):
         self.shell.wait(lambda: self.program_pid() not in (None, pid), 20, "the program was not started again")
         self.wait_for_picture("restarted")
 
-    def test_5_disabling_gives_the_desktop_back(self):
+    def test_5_started_by_the_user_it_runs_from_the_extension(self):
+        # Quit (as from the tray menu): it stays quit.
+        pid = self.program_pid()
+        os.kill(pid, 15)
+        self.shell.wait(lambda: self.program_pid() is None, 20, "the program did not quit")
+        time.sleep(4)
+        self.assertIsNone(self.program_pid(), "the extension started a program the user quit")
+        gallery = "imports.ui.altTab.getWindows(null).filter(w => w.get_title().includes('Darstellungen'))"
+        # Started by the user, it hands over to the extension and ends; the program the extension
+        # starts shows its gallery, an ordinary window, as any start by the user does.
+        for start in ("user-start", "second-start"):
+            started = self.shell.run([self.program], timeout=60, check=False)
+            self.assertEqual(started.returncode, 0, started.stderr)
+            self.shell.wait(lambda: self.shell.eval(f"{gallery}.length") == 1, 30, f"no gallery after the {start}")
+            self.shell.eval(f"{gallery}.forEach(w => w.delete(global.get_current_time()))")
+            self.shell.wait(lambda: self.shell.eval(f"{gallery}.length") == 0, 30, "the gallery stays")
+            self.wait_for_picture(start)
+            running = subprocess.run(["pgrep", "-u", "nobody", "-f", f"^{self.program}"], capture_output=True,
+                                     text=True).stdout.split()
+            self.assertEqual(len(running), 1, "not one instance")
+
+    def test_6_disabling_gives_the_desktop_back(self):
         self.shell.call("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell.Extensions.DisableExtension", UUID)
         self.shell.wait(lambda: self.program_pid() is None, 20, "the program outlived the extension")
         ours = f"0,0,{SIZE[0]},{SIZE[1]}"
