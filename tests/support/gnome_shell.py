@@ -4,7 +4,7 @@ root), with a private system bus (without one it dies looking for logind) and a 
     with GnomeShell(extensions={"ding@rastersoft.com": None, UUID: build_folder}) as shell:
         shell.eval("Main.overview.visible")          # JSON-decoded result; the shell runs in unsafe mode
         shell.screenshot("a.png")                    # org.gnome.Shell.Screenshot, as org.gnome.Screenshot
-        shell.press(100, 200, button=1)              # a Clutter virtual pointer
+        shell.press(100, 200, button=1)              # a click of a Clutter virtual pointer
         shell.call(...)                              # gdbus call on the session bus, as the shell's user
         shell.run([...]) / shell.env                 # a command as the shell's user, as its client
 
@@ -120,8 +120,9 @@ class GnomeShell(PrivateService):
         shutil.copy(target, path)
         return path
 
-    def press(self, x, y, button=1):
-        """Moves a virtual pointer there and presses and releases a button, as a person would."""
+    def press(self, x, y, button=1, hold=0.15):
+        """Moves a virtual pointer there and clicks a button, held for `hold` seconds (a person's click;
+        0 for a menu, which a later release over it would choose from)."""
         self.eval(textwrap.dedent(f"""
             (() => {{
                 const Clutter = imports.gi.Clutter;
@@ -131,8 +132,12 @@ class GnomeShell(PrivateService):
                 const p = global._testPointer, now = global.get_current_time() * 1000;
                 p.notify_absolute_motion(now, {x}, {y});
                 p.notify_button(now + 1000, {button}, Clutter.ButtonState.PRESSED);
-                p.notify_button(now + 2000, {button}, Clutter.ButtonState.RELEASED);
+                imports.gi.GLib.timeout_add(imports.gi.GLib.PRIORITY_DEFAULT, {int(hold * 1000)}, () => {{
+                    p.notify_button(global.get_current_time() * 1000, {button}, Clutter.ButtonState.RELEASED);
+                    return false;
+                }});
             }})()"""))
+        time.sleep(0.3)
 
     def wait(self, predicate, timeout=30, message=""):
         value = poll_until(predicate, timeout, interval=0.25)

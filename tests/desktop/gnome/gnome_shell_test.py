@@ -23,7 +23,7 @@ SIZE = (1280, 720)
 PICTURE = (300, 130, 960, 580)
 ICONS = (0, 40, 130, 560)
 PLAIN = (1150, 40, 130, 560)  # as wide as the icon column, where no icon is
-BELOW_BAR = (0, 40, 1280, 680)
+BELOW_BAR = (0, 130, 1280, 590)  # also below the shell's notifications, which come and go
 
 
 class GnomeShellDesktop(unittest.TestCase):
@@ -120,7 +120,28 @@ class GnomeShellDesktop(unittest.TestCase):
         self.shell.wait(lambda: self.shell.eval("Main.overview.visible") is False, 20, "the overview stays")
         self.assertNotIn(ours, previews)
 
-    def test_3_fullscreen_window_stops_drawing(self):
+    def test_3_desktop_presses_reach_the_program(self):
+        monitor = subprocess.Popen(["runuser", "-u", "nobody", "--", "env", *self.shell._env_list(), "dbus-monitor",
+                                    "--session", "type='method_call',member='Click',"
+                                    "interface='io.github.quellton.Quellton.ShellWallpaper'"],
+                                   stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        try:
+            time.sleep(1)
+            # A left press on the top bar does not reach the program; one on the picture does, one on
+            # an icon too (DING's window is the desktop).
+            self.shell.press(300, 15)
+            self.shell.press(700, 600)
+            self.shell.press(63, 80)
+            self.shell.press(700, 600)  # nothing stays selected
+            time.sleep(1)
+        finally:
+            monitor.terminate()
+            out = monitor.communicate(timeout=10)[0]
+        clicks = [tuple(float(line.split()[1]) for line in call.splitlines()[1:3])
+                  for call in out.split("method call")[1:]]
+        self.assertEqual(clicks, [(700.0, 600.0), (63.0, 80.0), (700.0, 600.0)])
+
+    def test_4_fullscreen_window_stops_drawing(self):
         pid = self.program_pid()
         # Thumbnails share llvmpipe's threads, so hidden means far less work, not none.
         seen = self.drawing(pid, 3)
@@ -140,7 +161,7 @@ class GnomeShellDesktop(unittest.TestCase):
             terminal.kill()
             terminal.wait()
 
-    def test_4_killed_program_leaves_static_wallpaper_then_returns(self):
+    def test_5_killed_program_leaves_static_wallpaper_then_returns(self):
         pid = self.program_pid()
         os.kill(pid, 9)
         time.sleep(0.3)
@@ -151,7 +172,7 @@ class GnomeShellDesktop(unittest.TestCase):
         self.shell.wait(lambda: self.program_pid() not in (None, pid), 20, "the program was not started again")
         self.wait_for_picture("restarted")
 
-    def test_5_started_by_the_user_it_runs_from_the_extension(self):
+    def test_6_started_by_the_user_it_runs_from_the_extension(self):
         # Quit (as from the tray menu): it stays quit.
         pid = self.program_pid()
         os.kill(pid, 15)
@@ -172,7 +193,7 @@ class GnomeShellDesktop(unittest.TestCase):
                                      text=True).stdout.split()
             self.assertEqual(len(running), 1, "not one instance")
 
-    def test_6_disabling_gives_the_desktop_back(self):
+    def test_7_disabling_gives_the_desktop_back(self):
         self.shell.call("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell.Extensions.DisableExtension", UUID)
         self.shell.wait(lambda: self.program_pid() is None, 20, "the program outlived the extension")
         ours = f"0,0,{SIZE[0]},{SIZE[1]}"

@@ -59,6 +59,8 @@ var QuelltonBackground = class {
         this._restartId = 0;
         this._retryId = 0;
         this._sentHidden = null;
+        this._pressWatchId = 0;
+        this._buttonDown = false;
     }
 
     enable() {
@@ -78,7 +80,12 @@ var QuelltonBackground = class {
         this._connect(global.display, 'notify::focus-window', () => this._passFocus());
         this._connect(Main.layoutManager, 'monitors-changed', () => this._placeAll());
         this._connectFirst(Main.layoutManager._backgroundGroup, ['child-added', 'actor-added'], () => this._raiseBoxes());
-        this._connect(global.stage, 'captured-event', (_stage, event) => this._forwardPress(event));
+        // Mutter hands presses on a window (DING's covers the desktop) straight to its client;
+        // no signal reports them, so the left button is looked at 25 times a second.
+        this._pressWatchId = GLib.timeout_add(GLib.PRIORITY_DEFAULT, 40, () => {
+            this._watchPresses();
+            return GLib.SOURCE_CONTINUE;
+        });
 
         const update = () => this._updateHidden();
         for (const name of ['restacked', 'in-fullscreen-changed'])
@@ -108,11 +115,11 @@ var QuelltonBackground = class {
     disable() {
         this._exported.unexport();
         Gio.bus_unwatch_name(this._watchId);
-        for (const id of [this._restartId, this._retryId]) {
+        for (const id of [this._restartId, this._retryId, this._pressWatchId]) {
             if (id)
                 GLib.source_remove(id);
         }
-        this._restartId = this._retryId = 0;
+        this._restartId = this._retryId = this._pressWatchId = 0;
         const process = this._process;
         this._process = null;
         this._client = null;
@@ -305,15 +312,15 @@ var QuelltonBackground = class {
             global.display.unset_input_focus(global.get_current_time());
     }
 
-    _forwardPress(event) {
-        if (this._pictures.size === 0 || event.type() !== Clutter.EventType.BUTTON_PRESS || event.get_button() !== 1)
-            return Clutter.EVENT_PROPAGATE;
-        const [x, y] = event.get_coords();
-        if (this._desktopAt(x, y)) {
+    _watchPresses() {
+        const [x, y, mods] = global.get_pointer();
+        const down = (mods & Clutter.ModifierType.BUTTON1_MASK) !== 0;
+        const pressed = down && !this._buttonDown;
+        this._buttonDown = down;
+        if (pressed && this._pictures.size > 0 && this._desktopAt(x, y)) {
             Gio.DBus.session.call(PROGRAM_BUS_NAME, PROGRAM_PATH, PROGRAM_INTERFACE, 'Click',
                 new GLib.Variant('(dd)', [x, y]), null, Gio.DBusCallFlags.NO_AUTO_START, -1, null, null);
         }
-        return Clutter.EVENT_PROPAGATE;
     }
 
     // Whether a press there reaches the desktop: the background or a desktop-icons window.
