@@ -130,7 +130,11 @@ TEST_F(Package, HoldsTheProgramMenuEntryMetadataIconsAndManualUnderUsr) {
     for (int size : iconSizes) expected.insert(fs::relative(icon(size), root).string());
     const std::string symbol = "icons/hicolor/scalable/apps/" + appId + "-symbolic.svg";
     if (fs::exists(std::string(QUELLTON_SOURCE_DIR) + "/data/" + symbol)) expected.insert("usr/share/" + symbol);
+    // The GNOME Shell extension, which starts the packaged program.
+    const std::string extension = "usr/share/gnome-shell/extensions/quellton@quellton.github.io/";
+    expected.insert({extension + "extension.js", extension + "metadata.json"});
     EXPECT_EQ(files, expected);
+    EXPECT_NE(readFile(root + "/" + extension + "extension.js").find("'/usr/bin/quellton'"), std::string::npos);
     // The debugging information of the build stays out of the package.
     EXPECT_NE(output("file -b " + sh(program())).find(", stripped"), std::string::npos);
 }
