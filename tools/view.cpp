@@ -42,7 +42,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     std::string error;
-    if (!useWindowSystemGl(&error)) {
+    if (!useWindowSystemGl(&error, true)) {
         std::fprintf(stderr, "quellton-view: %s\n", error.c_str());
         return 1;
     }
@@ -61,6 +61,7 @@ int main(int argc, char** argv) {
     canvas.show();
     if (seconds > 0) QTimer::singleShot(int(seconds * 1000), &app, &QGuiApplication::quit);
     const int status = app.exec();
+    canvas.destroy();  // the render thread lets go of the surface while the connection still serves it
     std::fprintf(stderr, "quellton-view: %ld Bilder gezeichnet\n", canvas.framesDrawn());
     AudioSpectrum::shared().stop();
     RenderThread::stopShared();

@@ -18,6 +18,7 @@
 #include "RenderSettings.h"
 #include "RenderThread.h"
 #include "ShaderLibrary.h"
+#include "ShellHandOver.h"
 #include "SingleInstance.h"
 #include "Wallpaper.h"
 #include "WindowSystemGl.h"
@@ -77,13 +78,21 @@ void stopProcessWide() {
 }
 
 int run(int& argc, char** argv, std::span<const std::string> args) {
-    switch (chooseDisplayServer()) {
+    const std::optional<int> fromShell = ShellHandOver::takeShellConnection(args);
+    if (fromShell) return *fromShell;
+    bool gnomeShell = false;
+    switch (windowSystemFromShell() ? DisplayServer::wayland : chooseDisplayServer()) {
     case DisplayServer::none:
         std::cerr << noDisplayMessage << std::endl;
         return 1;
     case DisplayServer::waylandWithoutBackground:
-        std::cerr << noBackgroundLayerMessage(std::getenv("XDG_CURRENT_DESKTOP")) << std::endl;
-        return 1;
+        gnomeShell = isGnomeShell(std::getenv("XDG_CURRENT_DESKTOP"));
+        if (!gnomeShell) {
+            std::cerr << noBackgroundLayerMessage() << std::endl;
+            return 1;
+        }
+        setenv("QT_QPA_PLATFORM", "wayland", 0);
+        break;
     case DisplayServer::x11:
     case DisplayServer::wayland: break;
     }
@@ -97,8 +106,15 @@ int run(int& argc, char** argv, std::span<const std::string> args) {
     end.guardExit();
     endProcessOnDisplayLoss();
 
+    if (gnomeShell && !SingleInstance::running()) {
+        // The wallpaper runs from the Shell extension, and the one instance with it.
+        if (const std::optional<int> status = ShellHandOver::handOverToShell()) return *status;
+    }
     SingleInstance instance;
-    if (!instance.claim()) {
+    const bool claimed = windowSystemFromShell()
+                             ? ShellHandOver::claimWhileHandedOver([&instance] { return instance.claim(); })
+                             : instance.claim();
+    if (!claimed) {
         if (!SingleInstance::activateRunning()) qWarning("Quellton: Die laufende Instanz antwortet nicht.");
         return 0;
     }

@@ -82,7 +82,8 @@ CommandLineMode recognizeMode(std::span<const std::string> args) {
 namespace {
 
 constexpr std::string_view ownFlags[] = {"--snapshots", "--selftest", "--still", "--bench",    "--icon",
-                                         "--help",      "-h",         "--version", "--autostart"};
+                                         "--help",      "-h",         "--version", "--autostart",
+                                         "--gnome-shell-wallpaper"};
 
 // How many of the arguments after one of our flags are its operands.
 std::size_t ownOperands(std::string_view flag, std::span<const std::string> after) {

@@ -76,11 +76,9 @@ DisplayServer chooseDisplayServer() {
     return DisplayServer::none;
 }
 
-std::string noBackgroundLayerMessage(const char* desktop) {
-    const std::string name = desktop ? desktop : "";
-    if (name.find("GNOME") != std::string::npos)
-        return "Quellton: GNOME unter Wayland lässt kein Bild hinter die Schreibtischsymbole (es fehlt wlr-layer-shell). "
-               "Melde dich mit „GNOME auf Xorg“ an, dort läuft Quellton.";
+bool isGnomeShell(const char* desktop) { return desktop && std::string(desktop).find("GNOME") != std::string::npos; }
+
+std::string noBackgroundLayerMessage() {
     return "Quellton: Dieser Wayland-Compositor lässt kein Bild hinter die Schreibtischsymbole (es fehlt wlr-layer-shell). "
            "Melde dich in einer X11-Sitzung an, dort läuft Quellton.";
 }

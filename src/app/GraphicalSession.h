@@ -15,7 +15,10 @@ enum class DisplayServer {
 // to use it, unless the user chose a platform with QT_QPA_PLATFORM.
 DisplayServer chooseDisplayServer();
 
-// The one line for a Wayland session without a background layer; `desktop` is XDG_CURRENT_DESKTOP.
-std::string noBackgroundLayerMessage(const char* desktop);
+// Whether XDG_CURRENT_DESKTOP names GNOME Shell, whose picture our Shell extension hosts.
+bool isGnomeShell(const char* desktop);
+
+// The one line for a Wayland session without a background layer, other than GNOME Shell's.
+std::string noBackgroundLayerMessage();
 
 }  // namespace quellton

@@ -27,6 +27,11 @@ bool SingleInstance::claim() {
     return true;
 }
 
+bool SingleInstance::running() {
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    return bus.isConnected() && bus.interface()->isServiceRegistered(serviceName).value();
+}
+
 bool SingleInstance::activateRunning() {
     QDBusMessage call = QDBusMessage::createMethodCall(serviceName, objectPath, QStringLiteral("org.freedesktop.Application"),
                                                        QStringLiteral("Activate"));

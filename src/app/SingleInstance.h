@@ -16,6 +16,8 @@ public:
 
     // True when this process is now the one instance, or when there is no session bus to ask.
     bool claim();
+    // Whether another process is the instance now.
+    static bool running();
     // Asks the running instance to come forward; false when no instance answered.
     static bool activateRunning();
 

@@ -6,6 +6,7 @@
 #include "AppModel.h"
 #include "QuitKey.h"
 #include "ReactionPreset.h"
+#include "ShellHandOver.h"
 
 namespace quellton {
 
@@ -43,6 +44,9 @@ TrayMenu::TrayMenu(AppModel& model, std::function<void()> openGallery, QWidget* 
     addSeparator();
 
     addAction(QStringLiteral("Galerie öffnen …"), this, std::move(openGallery));
+    if (ShellHandOver::offersExtensionSwitch())
+        addAction(QStringLiteral("Bild hinter den Symbolen einschalten (GNOME-Erweiterung)"), this,
+                  &ShellHandOver::switchExtensionOn);
     addSeparator();
 
     QAction* quit = addAction(QStringLiteral("Quellton beenden"), qApp, &QCoreApplication::quit);

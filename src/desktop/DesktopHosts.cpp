@@ -6,6 +6,7 @@
 
 #include "PlasmaDesktop.h"
 #include "RawClickMonitor.h"
+#include "ShellDesktop.h"
 #include "WallpaperRules.h"
 #include "WaylandDesktop.h"
 #include "WindowSystemGl.h"
@@ -36,13 +37,17 @@ void watchX11Clicks(DesktopHost& host) {
 
 std::unique_ptr<DesktopHost> makeDesktopHost(std::shared_ptr<SettingsStore> settings) {
     std::unique_ptr<DesktopHost> host;
-    if (plasmaSession()) {
+    wl_display* display = windowSystemWaylandDisplay();
+    if (display && windowSystemFromShell()) {
+        host = std::make_unique<gnome::ShellDesktop>(display);
+    } else if (plasmaSession()) {
         host = std::make_unique<plasma::PlasmaDesktop>(std::move(settings));
-        if (!windowSystemWaylandDisplay()) watchX11Clicks(*host);
-    } else if (wl_display* display = windowSystemWaylandDisplay())
+        if (!display) watchX11Clicks(*host);
+    } else if (display) {
         host = wayland::makeWaylandDesktop(display, std::move(settings));
-    else
+    } else {
         host = x11::makeX11Desktop();
+    }
     if (host) qInfo("Quellton: Schreibtisch-Anbindung: %s.", qUtf8Printable(host->name()));
     return host;
 }

@@ -6,6 +6,7 @@
 #include <QPlatformSurfaceEvent>
 #include <QScreen>
 
+#include "NativeWindow.h"
 #include "RenderThread.h"
 #include "VisualRenderer.h"
 #include "WindowOverlay.h"
@@ -58,8 +59,14 @@ void Canvas::updateGeometry() {
 }
 
 void Canvas::startLink() {
-    if (link_ || !handle()) return;
-    link_ = RenderThread::shared().add(renderer_, std::uintptr_t(winId()), overlay_);
+    const std::uintptr_t native = nativeWindowHandle(*this);
+    if (link_ || !native) return;
+    link_ = RenderThread::shared().add(renderer_, native, overlay_);
+    // Qt's Wayland platform destroys the wl_surface whenever the window hides, without the
+    // platform-surface event: the render thread must let go first.
+    if (QObject* platformWindow = waylandPlatformWindow(*this))
+        connect(platformWindow, SIGNAL(wlSurfaceDestroyed()), this, SLOT(stopLink()),
+                Qt::ConnectionType(Qt::DirectConnection | Qt::UniqueConnection));
     updateGeometry();
 }
 

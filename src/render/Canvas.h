@@ -42,10 +42,12 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     bool event(QEvent* event) override;
 
+private slots:
+    void stopLink();
+
 private:
     void updateGeometry();
     void startLink();
-    void stopLink();
 
     Role role_;
     std::shared_ptr<VisualRenderer> renderer_;

@@ -134,7 +134,11 @@ TEST_F(Package, HoldsTheProgramMenuEntryMetadataIconsAndManualUnderUsr) {
     const std::string wallpaper = "usr/share/plasma/wallpapers/io.github.quellton.wallpaper/";
     for (const char* part : {"metadata.json", "contents/config/main.xml", "contents/ui/main.qml"})
         expected.insert(wallpaper + part);
+    // The GNOME Shell extension, which starts the packaged program.
+    const std::string extension = "usr/share/gnome-shell/extensions/quellton@quellton.github.io/";
+    expected.insert({extension + "extension.js", extension + "metadata.json"});
     EXPECT_EQ(files, expected);
+    EXPECT_NE(readFile(root + "/" + extension + "extension.js").find("'/usr/bin/quellton'"), std::string::npos);
     // The debugging information of the build stays out of the package.
     EXPECT_NE(output("file -b " + sh(program())).find(", stripped"), std::string::npos);
 }

@@ -42,7 +42,8 @@ API
     .name, .role, .rect (screen pixels, None without a place), .center, .children, .states, .showing,
     .description (a tooltip, for Qt), .value (a slider's; None for objects without one)
   Rect(x, y, width, height) with .center and .contains(x, y)
-  Image                     .mean() brightness 0..1, .stddev(), .difference(other) 0..1 (RMSE), .path
+  Image                     .mean() brightness 0..1, .stddev(), .difference(other) 0..1 (RMSE), .path,
+                            .crop((x, y, w, h), path) -> Image, .average_rgb() -> (r, g, b) 0..1
 
 Names and roles are AT-SPI's (role names as pyatspi spells them: "push button", "list item",
 "label", "frame", "panel", "list"). The accessibility tree is read without caching, so every
@@ -103,6 +104,18 @@ class Image:
 
     def stddev(self):
         return self._fx("%[fx:standard_deviation]")
+
+    def crop(self, region, path):
+        """The part of the image inside region (x, y, width, height), written to path."""
+        x, y, width, height = region
+        subprocess.run(["convert", self.path, "-crop", f"{width}x{height}+{x}+{y}", "+repage", path], check=True)
+        return Image(path)
+
+    def average_rgb(self):
+        """The mean colour, each channel 0..1."""
+        out = subprocess.run(["convert", self.path, "-resize", "1x1!", "-format", "%[fx:r],%[fx:g],%[fx:b]", "info:"],
+                             capture_output=True, text=True, check=True).stdout
+        return tuple(float(v) for v in out.strip().split(","))
 
     def difference(self, other):
         # `compare` writes the metric to standard error as "absolute (normalised)".

@@ -1,6 +1,7 @@
 #include "WindowSystemGl.h"
 
 #include <QGuiApplication>
+#include <qpa/qplatformnativeinterface.h>
 
 #include <X11/Xlib.h>
 #include <epoxy/egl.h>
@@ -14,6 +15,7 @@ namespace quellton {
 namespace {
 
 wl_display* waylandDisplay = nullptr;
+int handedSocket = -1;
 
 bool useX11(std::string* error) {
     // A connection of our own: Mesa presents from the render thread and must not share Qt's.
@@ -31,9 +33,25 @@ bool useX11(std::string* error) {
     return true;
 }
 
+bool useToolkitWayland(std::string* error) {
+    // Mesa keeps its own event queue on the connection, so Qt's serves the render thread as well.
+    QPlatformNativeInterface* native = QGuiApplication::platformNativeInterface();
+    auto* display = native ? static_cast<wl_display*>(native->nativeResourceForIntegration("wl_display")) : nullptr;
+    if (!display) {
+        if (error) *error = "Qt has no Wayland connection";
+        return false;
+    }
+    const auto windows = std::make_shared<WaylandEglWindows>();
+    if (!EglProvider::onPlatform(EGL_PLATFORM_WAYLAND_KHR, display, windows, error)) return false;
+    ShaderLibrary::useProvider([display, windows] {
+        return std::unique_ptr<GlContextProvider>(EglProvider::onPlatform(EGL_PLATFORM_WAYLAND_KHR, display, windows));
+    });
+    return true;
+}
+
 bool useWayland(std::string* error) {
     // Our own connection too: its events are ours to dispatch, and Mesa reads it from the render thread.
-    wl_display* display = wl_display_connect(nullptr);
+    wl_display* display = handedSocket >= 0 ? wl_display_connect_to_fd(handedSocket) : wl_display_connect(nullptr);
     if (!display) {
         if (error) *error = "no connection to the Wayland compositor";
         return false;
@@ -52,14 +70,19 @@ bool useWayland(std::string* error) {
 
 }  // namespace
 
-bool useWindowSystemGl(std::string* error) {
+bool useWindowSystemGl(std::string* error, bool toolkitWayland) {
     const QString platform = qGuiApp ? QGuiApplication::platformName() : QString();
     if (platform == QStringLiteral("xcb")) return useX11(error);
-    if (platform.startsWith(QStringLiteral("wayland"))) return useWayland(error);
+    if (platform.startsWith(QStringLiteral("wayland")))
+        return toolkitWayland && handedSocket < 0 ? useToolkitWayland(error) : useWayland(error);
     if (error) *error = "only X11 and Wayland windows are supported";
     return false;
 }
 
+void useWaylandSocket(int fd) { handedSocket = fd; }
+
 wl_display* windowSystemWaylandDisplay() { return waylandDisplay; }
+
+bool windowSystemFromShell() { return handedSocket >= 0; }
 
 }  // namespace quellton

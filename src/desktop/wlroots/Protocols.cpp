@@ -24,6 +24,10 @@ void destroy(zwlr_output_power_manager_v1* proxy) { zwlr_output_power_manager_v1
 void destroy(zwlr_output_power_v1* proxy) { zwlr_output_power_v1_destroy(proxy); }
 void destroy(zwlr_foreign_toplevel_manager_v1* proxy) { zwlr_foreign_toplevel_manager_v1_destroy(proxy); }
 void destroy(zwlr_foreign_toplevel_handle_v1* proxy) { zwlr_foreign_toplevel_handle_v1_destroy(proxy); }
+void destroy(xdg_wm_base* proxy) { xdg_wm_base_destroy(proxy); }
+void destroy(xdg_surface* proxy) { xdg_surface_destroy(proxy); }
+void destroy(xdg_toplevel* proxy) { xdg_toplevel_destroy(proxy); }
+void destroy(wl_region* proxy) { wl_region_destroy(proxy); }
 
 void destroy(wl_output* proxy) {
     if (wl_output_get_version(proxy) >= WL_OUTPUT_RELEASE_SINCE_VERSION) return wl_output_release(proxy);

@@ -36,6 +36,10 @@ void destroy(zwlr_output_power_manager_v1* proxy);
 void destroy(zwlr_output_power_v1* proxy);
 void destroy(zwlr_foreign_toplevel_manager_v1* proxy);
 void destroy(zwlr_foreign_toplevel_handle_v1* proxy);
+void destroy(xdg_wm_base* proxy);
+void destroy(xdg_surface* proxy);
+void destroy(xdg_toplevel* proxy);
+void destroy(wl_region* proxy);
 
 struct ProxyDeleter {
     template <typename T>

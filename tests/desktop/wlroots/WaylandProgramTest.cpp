@@ -177,7 +177,7 @@ TEST(WaylandProgram, EndsWithinSecondsWhenTheCompositorGoesAway) {
         << "the program outlived its compositor";
 }
 
-// A compositor without the background layer, as GNOME's: one line saying why, and status 1.
+// A compositor without the background layer (and not GNOME Shell): one line saying why, and status 1.
 TEST(WaylandProgram, WithoutABackgroundLayerItSaysWhyAndEnds) {
     const std::string runtime = (fs::temp_directory_path() / "quellton-weston-XXXXXX").string();
     std::string dir = runtime;
@@ -193,9 +193,7 @@ TEST(WaylandProgram, WithoutABackgroundLayerItSaysWhyAndEnds) {
         return test::output("env -u DISPLAY -u QT_QPA_PLATFORM -u XDG_CURRENT_DESKTOP XDG_RUNTIME_DIR=" + dir +
                             " WAYLAND_DISPLAY=weston " + desktop + " timeout 60 " QUELLTON_BINARY " 2>&1; echo \"status $?\"");
     };
-    EXPECT_EQ(start("XDG_CURRENT_DESKTOP=GNOME"), noBackgroundLayerMessage("GNOME") + "\nstatus 1\n");
-    EXPECT_EQ(start(""), noBackgroundLayerMessage(nullptr) + "\nstatus 1\n");
-    EXPECT_NE(noBackgroundLayerMessage("GNOME"), noBackgroundLayerMessage(nullptr));
+    EXPECT_EQ(start(""), noBackgroundLayerMessage() + "\nstatus 1\n");
 
     test::terminate(weston);
     fs::remove_all(dir);
