@@ -5,7 +5,6 @@
 
 
 #include <algorithm>
-#include <cstdlib>
 
 #include "Canvas.h"
 #include "DisplayDispatcher.h"
