@@ -2,11 +2,8 @@
 
 #include <signal.h>
 #include <sys/socket.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -22,30 +19,6 @@
 namespace quellton {
 
 namespace {
-
-QStringList nulSeparated(const QString& path) {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) return {};
-    QStringList parts;
-    for (const QByteArray& part : file.readAll().split('\0'))
-        if (!part.isEmpty()) parts.append(QString::fromLocal8Bit(part));
-    return parts;
-}
-
-// The fourth field of /proc/<pid>/stat, after the name in parentheses (which may hold spaces).
-pid_t parentOf(const QString& procDir) {
-    QFile file(procDir + QStringLiteral("/stat"));
-    if (!file.open(QIODevice::ReadOnly)) return 0;
-    const QByteArray stat = file.readAll();
-    const QList<QByteArray> fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
-    return fields.size() > 1 ? pid_t(fields[1].toInt()) : 0;
-}
-
-QString valueOf(const QStringList& environment, const QString& name) {
-    for (const QString& entry : environment)
-        if (entry.startsWith(name + u'=')) return entry.mid(name.size() + 1);
-    return {};
-}
 
 QJsonObject toJson(const ClientProcess& p) {
     return {{"name", p.name},
@@ -70,27 +43,6 @@ ClientProcess fromJson(const QJsonObject& o) {
 
 }  // namespace
 
-std::vector<ClientProcess> ownProcessesNamed(const QStringList& names) {
-    std::vector<ClientProcess> found;
-    const QDir proc(QStringLiteral("/proc"));
-    for (const QString& entry : proc.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        bool isPid = false;
-        const pid_t pid = pid_t(entry.toInt(&isPid));
-        if (!isPid) continue;
-        const QString dir = proc.filePath(entry);
-        struct stat info {};
-        if (stat(QFile::encodeName(dir).constData(), &info) != 0 || info.st_uid != getuid()) continue;
-        QFile comm(dir + QStringLiteral("/comm"));
-        if (!comm.open(QIODevice::ReadOnly)) continue;
-        const QString name = QString::fromLocal8Bit(comm.readAll()).trimmed();
-        if (!names.contains(name)) continue;
-        found.push_back({pid, parentOf(dir), name, nulSeparated(dir + QStringLiteral("/cmdline")),
-                         nulSeparated(dir + QStringLiteral("/environ")),
-                         QFileInfo(dir + QStringLiteral("/cwd")).symLinkTarget()});
-    }
-    return found;
-}
-
 namespace wayland {
 
 const QStringList WallpaperClients::names{QStringLiteral("swaybg"), QStringLiteral("hyprpaper"),
@@ -105,10 +57,10 @@ pid_t compositorProcess(int displayFd) {
 }
 
 QString waylandSocketPath(const QStringList& environment) {
-    QString display = valueOf(environment, QStringLiteral("WAYLAND_DISPLAY"));
+    QString display = environmentValue(environment, QStringLiteral("WAYLAND_DISPLAY"));
     if (display.isEmpty()) display = QStringLiteral("wayland-0");
     if (display.startsWith(u'/')) return QFileInfo(display).absoluteFilePath();
-    const QString runtime = valueOf(environment, QStringLiteral("XDG_RUNTIME_DIR"));
+    const QString runtime = environmentValue(environment, QStringLiteral("XDG_RUNTIME_DIR"));
     if (runtime.isEmpty()) return {};
     return QFileInfo(runtime + u'/' + display).absoluteFilePath();
 }

@@ -5,25 +5,14 @@
 #include <QString>
 #include <QStringList>
 
+#include "OwnProcesses.h"
+
 #include <memory>
 #include <vector>
 
 namespace quellton {
 
 class SettingsStore;
-
-// A process of this user as /proc shows it.
-struct ClientProcess {
-    pid_t pid = 0;
-    pid_t parent = 0;
-    QString name;  // the kernel's short name (comm)
-    QStringList arguments;
-    QStringList environment;  // NAME=value
-    QString directory;
-};
-
-// The processes of this user whose short name is one of `names`.
-std::vector<ClientProcess> ownProcessesNamed(const QStringList& names);
 
 namespace wayland {
 

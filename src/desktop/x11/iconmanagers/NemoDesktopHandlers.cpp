@@ -1,12 +1,12 @@
 #include "NemoDesktopHandlers.h"
 
-#include <filesystem>
-#include <fstream>
+#include <algorithm>
 #include <ranges>
 #include <string>
 
 #include "BackdropVault.h"
 #include "GSettingsClient.h"
+#include "OwnProcesses.h"
 
 namespace quellton {
 
@@ -30,13 +30,12 @@ bool nemoMayManageDesktop(std::string_view currentDesktop, bool nemoDesktopRunni
     return false;
 }
 
+// Ours only: this user's nemo-desktop on this display, not one of another session.
 bool nemoDesktopRunning() {
-    std::error_code error;
-    for (const auto& process : std::filesystem::directory_iterator("/proc", error)) {
-        std::string name;
-        if (std::ifstream(process.path() / "comm") >> name && name == "nemo-desktop") return true;
-    }
-    return false;
+    const QString display = qEnvironmentVariable("DISPLAY");
+    return std::ranges::any_of(ownProcessesNamed({QStringLiteral("nemo-desktop")}), [&](const ClientProcess& p) {
+        return environmentValue(p.environment, QStringLiteral("DISPLAY")) == display;
+    });
 }
 
 NemoDesktopHandlers::NemoDesktopHandlers(BackdropVault& vault, QString windowClass)

@@ -27,7 +27,7 @@ private:
 // Whether nemo-desktop draws, or may yet draw, this session's desktop: on Cinnamon (an entry of
 // XDG_CURRENT_DESKTOP), or wherever it runs. Elsewhere its settings are none of our business.
 bool nemoMayManageDesktop(std::string_view currentDesktop, bool nemoDesktopRunning);
-// Whether a nemo-desktop process runs now.
+// Whether this user's nemo-desktop runs now on our display (not one of another session).
 bool nemoDesktopRunning();
 
 }  // namespace quellton
