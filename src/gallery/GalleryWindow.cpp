@@ -2,7 +2,6 @@
 
 #include <QGuiApplication>
 #include <QQmlEngine>
-#include <QQmlIncubator>
 #include <QQuickStyle>
 #include <QScreen>
 
@@ -70,7 +69,8 @@ GalleryWindow::GalleryWindow(AppModel& model) : settings_(model.settingsStore())
     connect(&appearance_, &DesktopAppearance::darkChanged, this, clearColour);
     setTitle(gallery_.windowTitle());
     connect(&gallery_, &Gallery::windowTitleChanged, this, [this] { setTitle(gallery_.windowTitle()); });
-    loadScene();
+    setSource(QUrl(QStringLiteral("qrc:/qt/qml/Quellton/Gallery/GalleryView.qml")));
+    for (const QQmlError& error : errors()) qWarning("Quellton: %s", qPrintable(error.toString()));
 
     restorePlacement();
     remember_.setSingleShot(true);
@@ -80,48 +80,7 @@ GalleryWindow::GalleryWindow(AppModel& model) : settings_(model.settingsStore())
         connect(this, changed, &remember_, qOverload<>(&QTimer::start));
 }
 
-// Made a slice at a time between events, so the main thread never waits for the whole scene.
-class GalleryWindow::SceneIncubator : public QQmlIncubator {
-public:
-    explicit SceneIncubator(GalleryWindow& window) : QQmlIncubator(Asynchronous), window_(window) {}
-
-protected:
-    void statusChanged(Status status) override {
-        if (status == Ready) window_.sceneMade(object());
-        if (status == Error)
-            for (const QQmlError& error : errors()) qWarning("Quellton: %s", qPrintable(error.toString()));
-    }
-
-private:
-    GalleryWindow& window_;
-};
-
-// The scene's code is read and compiled on a loader thread; only making its objects is ours.
-void GalleryWindow::loadScene() {
-    component_ = new QQmlComponent(engine(), QUrl(QStringLiteral("qrc:/qt/qml/Quellton/Gallery/GalleryView.qml")),
-                                   QQmlComponent::Asynchronous, this);
-    auto compiled = [this] {
-        if (component_->isError())
-            for (const QQmlError& error : component_->errors()) qWarning("Quellton: %s", qPrintable(error.toString()));
-        if (!component_->isReady() || incubator_) return;
-        incubator_ = std::make_unique<SceneIncubator>(*this);
-        component_->create(*incubator_, rootContext());
-    };
-    if (component_->isLoading())
-        connect(component_, &QQmlComponent::statusChanged, this, compiled);
-    else
-        compiled();
-}
-
-void GalleryWindow::sceneMade(QObject* scene) {
-    setContent(component_->url(), component_, scene);
-    sceneReady_ = true;
-    if (std::exchange(presentWhenReady_, false)) present();
-}
-
 void GalleryWindow::present() {
-    presentWhenReady_ = !sceneReady_;
-    if (presentWhenReady_) return;
     setWindowStates(windowStates() & ~Qt::WindowMinimized);
     show();
     raise();
@@ -130,7 +89,6 @@ void GalleryWindow::present() {
 
 GalleryWindow::~GalleryWindow() {
     if (remember_.isActive()) rememberPlacement();
-    incubator_.reset();
     setSource(QUrl());  // the scene goes before the objects its bindings read
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QMargins>
-#include <QQmlComponent>
 #include <QQuickView>
 #include <QTimer>
 
@@ -30,16 +29,13 @@ public:
 
     Gallery& gallery() { return gallery_; }
 
-    // Shows, raised and activated; until its scene is made it stays hidden and shows once it is.
+    // Shows, raised and activated, also when it was minimised.
     void present();
 
 protected:
     bool event(QEvent* event) override;
 
 private:
-    class SceneIncubator;
-    void loadScene();
-    void sceneMade(QObject* scene);
 
     void restorePlacement();
     // At `wanted`, or the first place, fitted to the screen with the frame known now.
@@ -51,10 +47,6 @@ private:
     DesktopAppearance appearance_;
     QTimer remember_;
     QMargins placedFrame_;
-    QQmlComponent* component_ = nullptr;
-    std::unique_ptr<SceneIncubator> incubator_;
-    bool sceneReady_ = false;
-    bool presentWhenReady_ = false;
 };
 
 }  // namespace quellton
