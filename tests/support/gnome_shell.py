@@ -196,6 +196,9 @@ class GnomeShell(PrivateService):
             "PATH": "/usr/local/bin:/usr/bin:/bin", "MESA_SHADER_CACHE_DISABLE": "true",
             "NO_AT_BRIDGE": "1", "GSETTINGS_BACKEND": "dconf",
         }
+        # Under the sanitizers the program the extension starts must see the suite's options and leak
+        # suppressions too, or a library's known leak makes its end look like a crash.
+        self.env.update({k: v for k, v in os.environ.items() if k in ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")})
         as_user = ["runuser", "-u", USER, "--", "env", "-i", *self._env_list()]
         self._system_bus = start_daemon([*as_user, "dbus-daemon", "--nofork", f"--config-file={system_config}"],
                                         os.environ, log=os.path.join(self.folder, "bus.log"))

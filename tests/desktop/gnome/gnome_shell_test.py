@@ -87,7 +87,7 @@ class GnomeShellDesktop(unittest.TestCase):
         drawn = all(not self.is_static_wallpaper(s) and s.stddev() > 0.02 for s in (first, second))
         return drawn and first.difference(second) > 0.002
 
-    def wait_for_picture(self, name, timeout=60):
+    def wait_for_picture(self, name, timeout=150):  # a slow start: sanitizers, a loaded machine
         self.shell.wait(lambda: self.program_pid() and self.picture_moves(name), timeout,
                         "no moving picture on the desktop")
 
@@ -126,7 +126,7 @@ class GnomeShellDesktop(unittest.TestCase):
                                     "interface='io.github.quellton.Quellton.ShellWallpaper'"],
                                    stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
         try:
-            time.sleep(1)
+            time.sleep(3)  # dbus-monitor listens only once it has started
             # A left press on the top bar does not reach the program; one on the picture does, one on
             # an icon too (DING's window is the desktop).
             self.shell.press(300, 15)
