@@ -17,6 +17,7 @@
 #include "Catalog.h"
 #include "FrameCopy.h"
 #include "FrameReadback.h"
+#include "BenchTiming.h"
 #include "RenderSettings.h"
 #include "ShaderLibrary.h"
 #include "VisualRenderer.h"
@@ -25,16 +26,9 @@ using namespace quellton;
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-
-double msSince(Clock::time_point start) {
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-}
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
-}
+using bench::Clock;
+using bench::median;
+using bench::msSince;
 
 }  // namespace
 
